@@ -1,0 +1,162 @@
+// The one application object of Launch Panel: it owns every long-lived service
+// (program status, resource library, command line, program monitor, brander,
+// registrar, watches) and runs start-up, the watched message pump and teardown.
+#pragma once
+#include <windows.h>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "foundation/UniqueHandle.h"
+#include "framework/WinApp.h"
+
+class KYbpm;
+class KYbpmData;
+class KYpbr;
+class KYstdPgmStat;
+class KYjlpCmdLineInfo;
+class KYjlpDoc;
+class KYjlpViewList;
+class KYjutlRegistrar;
+
+class KYjlpApp : public fw::WinApp {
+public:
+    static constexpr size_t kScratchChars = 2048;
+    static constexpr int kTagCount = 15;
+    // The watch events: printers changed, catalogue changed, server settings changed.
+    enum WatchIndex { kWatchPrinters = 0, kWatchCatalogue = 1, kWatchServer = 2 };
+    // The members ResetMembers releases, in its order (told to OnMemberReleased).
+    enum class Member {
+        CommandLine, LaunchRequests, Registrar, RegistryKeys, PrinterEngine, PrintMonitor,
+        WatchEvents, ResourceLibrary, Brander, StringArrays, Status, Monitor
+    };
+
+    KYjlpApp();
+    ~KYjlpApp() override;
+
+    bool InitInstance() override;
+    bool PumpMessage() override;
+    bool OnIdle(long count) override;
+
+    virtual bool EstablishProductBrander();
+    virtual bool EstablishProgramMonitor(uint32_t form);
+    virtual int EstablishProgramStatus();
+    virtual bool ReportStartupFailure(int number, const wchar_t* caption, UINT flags);
+    virtual KYjlpDoc* GetDocument();
+    virtual KYjlpViewList* GetListView(KYjlpDoc* doc = nullptr);
+    virtual bool ProcessCommandLine();
+    virtual void ResetMembers();
+    virtual bool WatchRegistryKey(ky::UniqueHKey& slot, const wchar_t* path, int index);
+    virtual bool CloseWinHelp();
+    // The catalogue changed: the document builds the list anew and merges it.
+    virtual bool RefreshItems();
+
+    // Message-box path for failures after start-up (program status or plain box).
+    bool ReportProblem(int number, int second, uint32_t index, const wchar_t* caption, UINT flags);
+    bool GetTagText(std::wstring& out, int tag);
+    bool ObtainTagValue(std::wstring& out, int tag, wchar_t* buffer = nullptr, size_t capacity = 0);
+    // The text of a WBT/WDB/WLE/WSE/WSW code link; empty on failure.
+    const std::wstring& FormatCode(uint32_t code, UINT formatId, std::wstring& out);
+    const std::wstring& FormatCode(uint32_t code, UINT formatId = 24645) { return FormatCode(code, formatId, m_strCodeLink); }
+    static int MapRegistrarError(uint32_t code);
+
+    int LocateResources();
+    int LoadResourceLibrary();
+    // Loads a module from beside the program (else by the system's search); 0 or base + code - 1.
+    int LoadLibraryNearExe(const wchar_t* name, ky::UniqueHModule& module, int base);
+    bool LoadTagTable();
+    int SetUpHelpFile(const wchar_t* path);
+
+    bool ObtainLogDirectory();
+    bool BuildLogFileName(std::wstring& out, uint32_t form);
+    bool BuildLogTemplatePath(std::wstring& out);
+    bool ObtainAssertiveness(uint32_t& out);
+
+    bool StartWatching();
+    bool WaitForWatchOrMessage();
+    bool PostWatchEvent(int action, bool create);
+    bool OnPrintersChanged();
+    bool OnCatalogueChanged();
+    bool OnServerSettingsChanged();
+    bool AcquireClientPrinters(bool withUI);
+
+    void DetectSession();
+    bool SignalLogonManager();
+
+    // Members, in the order of the object. Public as the framework's members
+    // are: the document, frame and view read and set them.
+    std::vector<std::wstring> m_astrAuxKeywords;
+    std::wstring m_strClientVersion;
+    KYjlpCmdLineInfo* m_pCmdLine = nullptr;
+    ky::UniqueHModule m_hResourceLibrary;
+    uint32_t m_nHelpKind = 0;
+    int m_nHelpSituation = 27054;
+    bool m_bStandalone = true;
+    void* m_pfnIsSharedAccountSession = nullptr;
+    bool m_bUserIsAdmin = false;
+    uint32_t m_nItemFillMask = 11;
+    std::vector<void*> m_listLaunchRequests;
+    int m_nPrinterStartMode = 0;
+    ky::UniqueHModule m_hPrintMonitor;
+    bool m_bPrintersAttempted = false;
+    bool m_bPrintersActive = false;
+    bool m_bPrintersFirstTry = true;
+    KYpbr* m_pBrander = nullptr;
+    std::wstring m_strBranderName;
+    KYbpm* m_pMonitor = nullptr;
+    std::wstring m_strCodeLink;
+    std::wstring m_strLogDirectory;
+    uint32_t m_nLogForm = 0;
+    std::vector<std::wstring> m_astrTags;
+    int m_nMonitorSelfCode = 0;
+    KYstdPgmStat* m_pStatus = nullptr;
+    HMODULE m_hSessionLibrary = nullptr;
+    KYjutlRegistrar* m_pRegistrar = nullptr;
+    ky::UniqueHKey m_hKeyCatalogue;
+    ky::UniqueHKey m_hKeyServer;
+    wchar_t m_wszScratch1[kScratchChars] = {};
+    size_t m_cbScratch1 = kScratchChars * sizeof(wchar_t);
+    wchar_t m_wszScratch2[kScratchChars] = {};
+    size_t m_cbScratch2 = kScratchChars * sizeof(wchar_t);
+    int m_nFailure = 0;
+    std::vector<std::wstring> m_astrGroups;
+    bool m_bClassicDesktop = false;
+    bool m_bWatching = false;
+    bool m_abShow[5] = {true, true, true, true, true};
+    bool m_bShell = true;
+    bool m_bWinHelpUsed = false;
+    ky::UniqueHandle m_hWatchEvents[3];
+
+    // Answers the monitor's standing situation, forgetting it when nobody took it.
+    void RespondAndForget();
+
+protected:
+    // Told after each member ResetMembers has released: teardown order is observable.
+    virtual void OnMemberReleased(Member member) { (void)member; }
+    // The situation's own failure latch: keeps the first number of start-up.
+    void LatchFailure(int number) noexcept;
+    void LatchServiceFailure(int number, int catchAll) noexcept;
+    void WipeScratch() noexcept;
+
+private:
+    bool InitCommandLine(int& pending);
+    bool InitServices(int& pending);
+    bool InitDocument(int& pending);
+    void FinishInitInstance(bool& result, int pending, int second, int index);
+    void ReportHelpSituation();
+    bool RunShellCommand(int command);
+    bool LaunchFromCommandLine();
+    int LogDirectoryFromRegistry();
+    int TestAndCreateLogDirectory(const std::wstring& directory);
+    int FallbackLogDirectory();
+    void BuildMonitor(const std::wstring& logFile, const std::wstring& templatePath);
+    void RecordCaption(KYbpmData& data);
+    std::wstring LoadSituationText(int number);
+    bool DispatchWatchEvent(HANDLE signalled);
+
+    int m_nRegistrarError2 = 0;
+    int m_nRegistrarError3 = -1;
+};
+
+// The application object that other code finds as the framework's current application.
+KYjlpApp* TheApp() noexcept;

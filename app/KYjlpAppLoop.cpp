@@ -1,0 +1,197 @@
+// The running program: the pump that also waits on the three watch events, the
+// registry watches, the watch handlers and the idle counts.
+#include "app/KYjlpApp.h"
+#include "brander/KYpbr.h"
+#include "framework/FrameWnd.h"
+#include "monitor/KYbpm.h"
+#include "monitor/KYbpmDataQRW.h"
+
+namespace {
+const wchar_t kCatalogueKey[] = L"SOFTWARE\\Veltran\\Corvane\\AppServer\\InstalledApps";
+const wchar_t kServerKey[] = L"SOFTWARE\\Veltran\\Corvane\\AppServer";
+constexpr REGSAM kNotifyAccess = KEY_NOTIFY | READ_CONTROL;  // 0x20010
+constexpr DWORD kNotifyFilter = REG_NOTIFY_CHANGE_NAME | REG_NOTIFY_CHANGE_LAST_SET;  // 5
+}  // namespace
+
+bool KYjlpApp::PumpMessage() {
+    MSG peek;
+    if (m_bWatching && !PeekMessageW(&peek, nullptr, 0, 0, PM_NOREMOVE) && WaitForWatchOrMessage())
+        return true;
+    if (!GetMessageW(&m_msgCur, nullptr, 0, 0)) {
+        m_bWatching = false;
+        m_nExitCode = static_cast<int>(m_msgCur.wParam);
+        return false;
+    }
+    if (m_msgCur.message == fw::WM_KICKIDLE) return true;
+    if (PreTranslateMessage(m_msgCur)) return true;
+    TranslateMessage(&m_msgCur);
+    DispatchMessageW(&m_msgCur);
+    return true;
+}
+
+bool KYjlpApp::WaitForWatchOrMessage() {
+    HANDLE handles[3];
+    DWORD count = 0;
+    for (const auto& event : m_hWatchEvents)
+        if (event) handles[count++] = event.get();
+    if (count == 0) return false;
+    DWORD result = MsgWaitForMultipleObjects(count, handles, FALSE, INFINITE, QS_ALLINPUT);
+    if (result == WAIT_TIMEOUT) return true;
+    if (result == WAIT_FAILED) return false;
+    if (result == WAIT_OBJECT_0 + count) return true;  // input arrived
+    if (result >= WAIT_OBJECT_0 + count) return true;
+    return DispatchWatchEvent(handles[result - WAIT_OBJECT_0]);
+}
+
+bool KYjlpApp::DispatchWatchEvent(HANDLE signalled) {
+    if (signalled == m_hWatchEvents[kWatchPrinters].get()) OnPrintersChanged();
+    else if (signalled == m_hWatchEvents[kWatchCatalogue].get()) OnCatalogueChanged();
+    else if (signalled == m_hWatchEvents[kWatchServer].get()) OnServerSettingsChanged();
+    return true;
+}
+
+bool KYjlpApp::StartWatching() {
+    m_bWatching = true;
+    bool ok = PostWatchEvent(2, true);
+    ok = WatchRegistryKey(m_hKeyCatalogue, kCatalogueKey, kWatchCatalogue) && ok;
+    ok = WatchRegistryKey(m_hKeyServer, kServerKey, kWatchServer) && ok;
+    return ok;
+}
+
+bool KYjlpApp::WatchRegistryKey(ky::UniqueHKey& slot, const wchar_t* path, int index) {
+    if (m_pMonitor) m_pMonitor->forgetSituation();
+    int number = 0;
+    DWORD error = 0;
+    try {
+        slot.reset();
+        if (!path || !*path || index < 0 || index > 2) throw 27742;
+        LONG rc = RegOpenKeyExW(HKEY_LOCAL_MACHINE, path, 0, kNotifyAccess, slot.put());
+        if (rc != ERROR_SUCCESS) {
+            error = static_cast<DWORD>(rc);
+            throw 27746;
+        }
+        if (!m_hWatchEvents[index]) {
+            m_hWatchEvents[index].reset(CreateEventW(nullptr, FALSE, FALSE, nullptr));
+            if (!m_hWatchEvents[index]) {
+                error = GetLastError();
+                throw 27743;
+            }
+        }
+        rc = RegNotifyChangeKeyValue(slot.get(), TRUE, kNotifyFilter, m_hWatchEvents[index].get(), TRUE);
+        if (rc != ERROR_SUCCESS) {
+            error = static_cast<DWORD>(rc);
+            throw 27744;
+        }
+    } catch (int n) {
+        number = n;
+    } catch (...) {
+        number = 27741;
+        error = GetLastError();
+    }
+    if (number && m_pMonitor) {
+        const wchar_t* shown = !path ? L"(NULL)" : !*path ? L"(BLANK)" : path;
+        m_pMonitor->recordSituationID(number);
+        m_pMonitor->recordArgument(shown);
+        if (number != 27742) m_pMonitor->recordArgument(FormatCode(error).c_str());
+        RespondAndForget();
+    }
+    return number == 0;
+}
+
+bool KYjlpApp::PostWatchEvent(int action, bool create) {
+    if (m_pMonitor) m_pMonitor->forgetSituation();
+    int number = 0;
+    DWORD error = 0;
+    try {
+        HANDLE event = m_hWatchEvents[kWatchPrinters].get();
+        if (event) {
+            BOOL ok = action == 1 ? PulseEvent(event) : action == 2 ? ResetEvent(event)
+                    : action == 3 ? SetEvent(event) : FALSE;
+            if (!ok) {
+                error = GetLastError();
+                throw 27589;
+            }
+        } else if (create) {
+            m_hWatchEvents[kWatchPrinters].reset(CreateEventW(nullptr, FALSE, action == 3, nullptr));
+            if (!m_hWatchEvents[kWatchPrinters]) {
+                error = GetLastError();
+                throw 27588;
+            }
+        } else {
+            throw 27590;
+        }
+    } catch (int n) {
+        number = n;
+    } catch (...) {
+        number = 27587;
+    }
+    if (number && m_pMonitor) {
+        m_pMonitor->recordSituationID(number);
+        m_pMonitor->recordArgument(static_cast<int32_t>(action));
+        if (number != 27590) m_pMonitor->recordArgument(FormatCode(error).c_str());
+        RespondAndForget();
+    }
+    return number == 0;
+}
+
+bool KYjlpApp::OnPrintersChanged() {
+    // Client printers are not running: nobody will signal this event again.
+    if (!m_bPrintersActive) {
+        m_hWatchEvents[kWatchPrinters].reset();
+        return true;
+    }
+    // The engine's refresh of the printer list and the frame's printers menu
+    // come with the client printers.
+    return PostWatchEvent(2, false);
+}
+
+bool KYjlpApp::OnCatalogueChanged() {
+    WatchRegistryKey(m_hKeyCatalogue, kCatalogueKey, kWatchCatalogue);
+    return RefreshItems();
+}
+
+bool KYjlpApp::OnServerSettingsChanged() {
+    if (m_bStandalone) return true;
+    WatchRegistryKey(m_hKeyServer, kServerKey, kWatchServer);
+    if (m_pMonitor) m_pMonitor->setBehaviorCriteria(KYbpmDataQRW::obtainBehaviorCriteria() |
+                                                    KYbpmCriteria::kInSession | KYbpmCriteria::kSessionLog);
+    // The fresh reads of SharedAccounts and the session time-out, with the menu
+    // rebuilt when they change, come with the registrar's server facts.
+    return true;
+}
+
+bool KYjlpApp::OnIdle(long count) {
+    if (fw::WinApp::OnIdle(count)) return true;
+    switch (count) {
+    case 1:
+        return true;
+    case 2:
+        if (!m_bPrintersAttempted && !m_bPrintersActive) return true;
+        // Settling the launch requests and the status bar's launch text come with
+        // the launch requests.
+        return false;
+    case 3:
+        if (!m_bPrintersAttempted && !m_bPrintersActive) AcquireClientPrinters(true);
+        return false;
+    default:
+        return false;
+    }
+}
+
+bool KYjlpApp::AcquireClientPrinters(bool withUI) {
+    (void)withUI;
+    if (m_bStandalone) {
+        m_bPrintersAttempted = true;
+        return true;
+    }
+    if (!m_bPrintersAttempted && !m_bPrintersActive && m_bPrintersFirstTry && m_pMonitor) {
+        // The registrar's client-printing flag word is 0 until client printers are
+        // built, so the session is told once that they are not available.
+        wchar_t attribute[260] = {};
+        if (m_pBrander) m_pBrander->loadText(KYpbr::kNodeManagerName, attribute, 260);
+        if (!m_pMonitor->respondToSituation(27033, 0, attribute)) m_pMonitor->forgetSituation();
+    }
+    if (!m_bPrintersActive) m_bPrintersAttempted = true;
+    m_bPrintersFirstTry = false;
+    return m_bPrintersActive;
+}

@@ -1,0 +1,230 @@
+// Start-up of the application object: the steps of InitInstance in their order,
+// its tail, and the shell commands of ProcessCommandLine.
+#include <new>
+
+#include "app/KYjlpApp.h"
+#include "app/KYjlpCmdLineInfo.h"
+#include "brander/KYpbr.h"
+#include "document/KYjlpDoc.h"
+#include "foundation/KYstdPgmStat.h"
+#include "framework/MessageBox.h"
+#include "framework/ResourceModule.h"
+#include "monitor/KYbpm.h"
+#include "window/KYjlpFrameMain.h"
+#include "window/KYjlpViewList.h"
+
+namespace {
+const wchar_t kSourceName[] = L"KYjlpAppStartup.cpp";
+constexpr UINT kFrameResourceId = 128;
+constexpr UINT kLaunchCommand = 32781;
+}  // namespace
+
+// Steps 1 to 7: status, resources, command line, monitor.
+bool KYjlpApp::InitCommandLine(int& pending) {
+    (void)pending;
+    SetLastError(0);
+    m_bShell = false;
+    if (int n = EstablishProgramStatus()) throw n;
+    if (int n = LocateResources()) throw n;
+    if (m_pCmdLine) throw 27036;
+    m_pCmdLine = new (std::nothrow) KYjlpCmdLineInfo(*this);
+    if (!m_pCmdLine) throw 27034;
+    if (!m_pCmdLine->ParseCommandLine(__argc, __wargv))
+        throw static_cast<int>(m_pStatus ? m_pStatus->FirstSituation() : 0);
+    m_nPrinterStartMode = m_pCmdLine->m_nPrinterStartMode;
+    int command = m_pCmdLine->m_nShellCommand;
+    if (command == KYjlpCmdLineInfo::kDDE || command == KYjlpCmdLineInfo::kNew ||
+        command == KYjlpCmdLineInfo::kOpen)
+        m_bShell = true;
+    else
+        m_pCmdLine->m_bClassic = false;  // launch use never shows a window
+    if (!EstablishProgramMonitor(0)) {
+        ReportStartupFailure(m_nFailure, nullptr, MB_ICONERROR);
+        m_nFailure = 0;
+        throw 0;
+    }
+    return true;
+}
+
+// Steps 8 to 14: help file, logon manager and skin, group names, registrar.
+bool KYjlpApp::InitServices(int& pending) {
+    (void)pending;
+    if (m_bShell) {
+        WipeScratch();
+        std::wstring directory;
+        GetTagText(directory, 5);
+        if (m_pBrander)
+            m_pBrander->loadText(KYpbr::kHelpBaseName, m_wszScratch2, static_cast<int>(kScratchChars));
+        _snwprintf(m_wszScratch1, kScratchChars - 1, L"%s%s", directory.c_str(), m_wszScratch2);
+        SetUpHelpFile(m_wszScratch1);
+        WipeScratch();
+    }
+    bool loadSkin = m_bShell;
+    if (!m_bStandalone && !SignalLogonManager()) {
+        if (m_pMonitor && !m_pMonitor->respondToSituation(27072, 0)) m_pMonitor->forgetSituation();
+        loadSkin = false;
+    }
+    if (loadSkin) LoadLibraryW(L"face.dll");  // the skin library is never freed nor required
+    // Steps 10 to 14, the user's group names and the registrar's reads of the
+    // preferences (shell use) or the catalogue (launch use), come with the registrar.
+    return true;
+}
+
+// Steps 15 to 17: document template and the command line's shell command.
+bool KYjlpApp::InitDocument(int& pending) {
+    (void)pending;
+    auto docTemplate = std::make_unique<fw::DocTemplate>(fw::DocTemplateArgs{
+        .resourceId = kFrameResourceId,
+        .makeDocument = [] { return std::make_unique<KYjlpDoc>(); },
+        .makeFrame = [] { return std::make_unique<KYjlpFrameMain>(); },
+        .makeView = [] { return std::make_unique<KYjlpViewList>(); }});
+    AddDocTemplate(std::move(docTemplate));
+    m_nCmdShow = SW_HIDE;
+    bool result = ProcessCommandLine();
+    if (!result && m_pStatus && !m_pStatus->IsClean())
+        throw static_cast<int>(m_pStatus->FirstSituation());
+    if (m_pMonitor && m_bShell && MainWindow()) m_pMonitor->setDisplayDlgBoxParent(MainWindow()->Handle());
+    return result;
+}
+
+bool KYjlpApp::InitInstance() {
+    bool result = true;
+    int pending = 0;
+    try {
+        InitCommandLine(pending);
+        InitServices(pending);
+        result = InitDocument(pending);
+        if (result) {
+            if (!m_bStandalone && m_hSessionLibrary) {
+                m_pfnIsSharedAccountSession = reinterpret_cast<void*>(
+                    GetProcAddress(m_hSessionLibrary, "tessIsSharedAccountSession"));
+                if (!m_pfnIsSharedAccountSession && m_pMonitor &&
+                    !m_pMonitor->respondToSituation(27042, 0, FormatCode(GetLastError()).c_str(),
+                                                    L"Tessel.dll", L"tessIsSharedAccountSession"))
+                    m_pMonitor->forgetSituation();
+            }
+            // Step 20, the frame's menu, comes with the frame's menus.
+            auto* frame = dynamic_cast<KYjlpFrameMain*>(MainWindow());
+            if (!frame || !frame->RestoreWindow(kSourceName))
+                throw m_pMonitor ? m_pMonitor->getSituationID() : 27069;
+            StartWatching();
+            ReportHelpSituation();
+            // Step 23, the session's auxiliary programs, comes with the session services.
+        }
+    } catch (int number) {
+        result = false;
+        if (number != 0 && pending == 0 && (!m_pMonitor || m_pMonitor->isSituationNormal()))
+            pending = number;
+    } catch (...) {
+        result = false;
+        if (pending == 0) pending = 27027;
+    }
+    FinishInitInstance(result, pending, m_nRegistrarError2, m_nRegistrarError3);
+    return result;
+}
+
+void KYjlpApp::FinishInitInstance(bool& result, int pending, int second, int index) {
+    bool normal = !m_pMonitor || m_pMonitor->isSituationNormal();
+    if (normal && pending == 0) return;
+    result = false;
+    if (!normal) {
+        if (m_pMonitor->getSituationID() != 27072) m_pMonitor->recordArgument(kSourceName);
+        RespondAndForget();
+        m_pMonitor->forgetSituation();
+    }
+    if (pending == 0) return;
+    if (m_pMonitor) {
+        // With a monitor the failure is answered as every other: logged, and
+        // shown unless the monitor runs unattended.
+        m_pMonitor->recordSituationID(pending);
+        if (second) m_pMonitor->recordArgument(static_cast<uint32_t>(second));
+        if (index != -1) m_pMonitor->recordArgument(static_cast<uint32_t>(index));
+        m_pMonitor->respondToSituation();
+        m_pMonitor->forgetSituation();
+        return;
+    }
+    ReportProblem(pending, second, static_cast<uint32_t>(index), nullptr, MB_ICONERROR);
+}
+
+void KYjlpApp::ReportHelpSituation() {
+    if (m_nHelpSituation == 0 || !m_pMonitor) return;
+    int number = m_nHelpSituation;
+    if (number == 27058 || number == 27059 || number == 27061) {
+        wchar_t attribute[260] = {};
+        if (m_pBrander) m_pBrander->loadText(KYpbr::kHelpBaseName, attribute, 260);
+        m_pMonitor->recordSituationID(number);
+        m_pMonitor->recordArgument(attribute);
+    } else if (number >= 27054 && number <= 27061) {
+        m_pMonitor->recordSituationID(number);
+    } else {
+        m_pMonitor->recordSituationID(27015);
+        m_pMonitor->recordArgument(static_cast<int32_t>(__LINE__));
+        m_pMonitor->recordArgument(kSourceName);
+        m_pMonitor->recordArgument(__DATE__);
+        m_pMonitor->recordArgument(static_cast<int32_t>(number));
+    }
+    RespondAndForget();
+    m_pMonitor->forgetSituation();
+}
+
+bool KYjlpApp::ProcessCommandLine() {
+    if (m_pStatus) m_pStatus->ClearStatus();
+    bool result = true;
+    try {
+        if (!m_pCmdLine) throw 27038;
+        result = RunShellCommand(m_pCmdLine->m_nShellCommand);
+    } catch (int number) {
+        if (number != 0 && m_pStatus && m_pStatus->FirstSituation() != static_cast<uint32_t>(number))
+            m_pStatus->Data()->AddSituation(static_cast<uint32_t>(number), KYstdPgmStat_DATA::kAfterLast);
+    } catch (...) {
+        if (m_pStatus) m_pStatus->Data()->AddSituation(27066, KYstdPgmStat_DATA::kAfterLast);
+    }
+    if (m_pStatus && !m_pStatus->IsClean()) result = false;
+    return result;
+}
+
+bool KYjlpApp::RunShellCommand(int command) {
+    switch (command) {
+    case KYjlpCmdLineInfo::kNothing:
+        return true;
+    case KYjlpCmdLineInfo::kLaunchNodeManager:
+    case KYjlpCmdLineInfo::kLaunchProgram:
+        m_nCmdShow = SW_HIDE;
+        LaunchFromCommandLine();
+        return false;
+    case KYjlpCmdLineInfo::kDDE:
+        m_nCmdShow = SW_HIDE;
+        return true;
+    case KYjlpCmdLineInfo::kNew:
+        try {
+            if (!OnCmdMsg(fw::ID_FILE_NEW, nullptr)) OnFileNew();
+        } catch (...) {
+            throw 27068;
+        }
+        if (!MainWindow()) throw 27069;
+        return true;
+    case KYjlpCmdLineInfo::kOpen:
+        return OpenDocumentFile(m_pCmdLine->m_strFileName.c_str()) != nullptr;
+    case KYjlpCmdLineInfo::kUnregister:
+    case KYjlpCmdLineInfo::kPrint:
+    case KYjlpCmdLineInfo::kPrintTo:
+        // The framework's file registration and printing: this program registers
+        // no document types and prints nothing, so there is nothing to undo or print.
+        m_nCmdShow = SW_HIDE;
+        return false;
+    default:
+        throw 27071;
+    }
+}
+
+bool KYjlpApp::LaunchFromCommandLine() {
+    try {
+        if (!OnCmdMsg(fw::ID_FILE_NEW, nullptr)) OnFileNew();
+    } catch (...) {
+        throw 27068;
+    }
+    if (m_bShell && !MainWindow()) throw 27069;
+    // The session's auxiliary programs run here in a session; they come with the session services.
+    if (!OnCmdMsg(kLaunchCommand, nullptr)) throw 27070;
+    return true;
+}

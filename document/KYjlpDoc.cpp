@@ -1,0 +1,3 @@
+#include "document/KYjlpDoc.h"
+
+bool KYjlpDoc::OnNewDocument() { return fw::Document::OnNewDocument(); }

@@ -1,0 +1,114 @@
+#include "framework/WinApp.h"
+
+#include <commctrl.h>
+
+namespace fw {
+
+namespace {
+WinApp* g_app = nullptr;
+constexpr UINT kSysTimer = 0x0118;  // the caret blink: never wakes idle work
+}  // namespace
+
+WinApp::WinApp(const wchar_t* appName) : m_strAppName(appName ? appName : L"") { g_app = this; }
+
+WinApp::~WinApp() {
+    CloseAllDocuments();
+    if (g_app == this) g_app = nullptr;
+}
+
+WinApp* WinApp::Current() noexcept { return g_app; }
+
+void WinApp::CloseAllDocuments() {
+    m_pMainWnd = nullptr;
+    m_templates.clear();
+}
+
+bool WinApp::IsIdleMessage(const MSG& msg) {
+    if (msg.message == WM_MOUSEMOVE || msg.message == WM_NCMOUSEMOVE) {
+        if (msg.message == m_nLastMouseMsg && msg.pt.x == m_ptLastMouse.x &&
+            msg.pt.y == m_ptLastMouse.y)
+            return false;
+        m_ptLastMouse = msg.pt;
+        m_nLastMouseMsg = msg.message;
+        return true;
+    }
+    return msg.message != WM_PAINT && msg.message != kSysTimer;
+}
+
+int WinApp::Run() {
+    bool idle = true;
+    long idleCount = 0;
+    MSG peek;
+    for (;;) {
+        while (idle && !::PeekMessageW(&peek, nullptr, 0, 0, PM_NOREMOVE)) {
+            if (!OnIdle(idleCount++)) idle = false;
+        }
+        do {
+            if (!PumpMessage()) return ExitInstance();
+            if (IsIdleMessage(m_msgCur)) {
+                idle = true;
+                idleCount = 0;
+            }
+        } while (::PeekMessageW(&peek, nullptr, 0, 0, PM_NOREMOVE));
+    }
+}
+
+bool WinApp::PumpMessage() {
+    if (!::GetMessageW(&m_msgCur, nullptr, 0, 0)) {
+        m_nExitCode = static_cast<int>(m_msgCur.wParam);
+        return false;
+    }
+    if (m_msgCur.message == WM_KICKIDLE) return true;
+    if (!PreTranslateMessage(m_msgCur)) {
+        ::TranslateMessage(&m_msgCur);
+        ::DispatchMessageW(&m_msgCur);
+    }
+    return true;
+}
+
+bool WinApp::PreTranslateMessage(MSG& msg) {
+    (void)msg;
+    return false;
+}
+
+bool WinApp::OnIdle(long count) {
+    if (count <= 0) {
+        if (m_pMainWnd && *m_pMainWnd) m_pMainWnd->Send(WM_IDLEUPDATECMDUI, TRUE);
+        return true;
+    }
+    return false;
+}
+
+void WinApp::AddDocTemplate(std::unique_ptr<DocTemplate> t) { m_templates.push_back(std::move(t)); }
+
+void WinApp::OnFileNew() {
+    if (!m_templates.empty()) m_templates.front()->OpenDocumentFile(nullptr, m_nCmdShow != SW_HIDE);
+}
+
+Document* WinApp::OpenDocumentFile(const wchar_t* path) {
+    return m_templates.empty() ? nullptr
+                               : m_templates.front()->OpenDocumentFile(path, m_nCmdShow != SW_HIDE);
+}
+
+bool WinApp::OnCmdMsg(UINT id, CmdUI* ui) {
+    if (id != ID_FILE_NEW) return false;
+    if (ui) {
+        ui->Enable(true);
+        return true;
+    }
+    OnFileNew();
+    return true;
+}
+
+int RunApplication(int showCommand) {
+    WinApp* app = WinApp::Current();
+    if (!app) return -1;
+    // The list, header and bar controls of common controls 6 (the manifest asks for them).
+    INITCOMMONCONTROLSEX icc{sizeof icc, ICC_LISTVIEW_CLASSES | ICC_BAR_CLASSES | ICC_STANDARD_CLASSES};
+    ::InitCommonControlsEx(&icc);
+    app->m_nCmdShow = showCommand;
+    if (!app->InitInstance()) return app->ExitInstance();
+    return app->Run();
+}
+
+}  // namespace fw

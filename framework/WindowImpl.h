@@ -1,0 +1,43 @@
+// A window that this program owns and whose messages it handles (stands for the
+// message-handling half of CWnd): one static window procedure stores `this` at
+// creation and dispatches every message to the virtual OnMessage.
+#pragma once
+#include "framework/Window.h"
+
+namespace fw {
+
+struct WindowCreateArgs {
+    const wchar_t* className = nullptr;
+    const wchar_t* title = L"";
+    DWORD style = WS_OVERLAPPEDWINDOW;
+    DWORD exStyle = 0;
+    RECT rect{CW_USEDEFAULT, CW_USEDEFAULT, CW_USEDEFAULT, CW_USEDEFAULT};
+    HWND parent = nullptr;
+    HMENU menuOrId = nullptr;
+};
+
+class WindowImpl : public Window {
+public:
+    WindowImpl() noexcept = default;
+    ~WindowImpl() override;
+
+    // Registers the class (once, with this module's procedure) and creates the window.
+    bool Create(const WindowCreateArgs& args);
+    // Takes over an existing control's messages (a control of a system class).
+    bool Subclass(HWND hwnd);
+
+protected:
+    // Default: DefWindowProc, or the original procedure of a subclassed control.
+    virtual LRESULT OnMessage(UINT msg, WPARAM w, LPARAM l);
+    LRESULT DefaultProc(UINT msg, WPARAM w, LPARAM l);
+    // The window is gone; the object may still live.
+    virtual void OnFinalMessage() {}
+
+private:
+    static LRESULT CALLBACK StaticProc(HWND hwnd, UINT msg, WPARAM w, LPARAM l) noexcept;
+    static LRESULT CALLBACK SubclassProc(HWND hwnd, UINT msg, WPARAM w, LPARAM l) noexcept;
+    LRESULT Dispatch(UINT msg, WPARAM w, LPARAM l) noexcept;
+    WNDPROC m_originalProc = nullptr;
+};
+
+}  // namespace fw
