@@ -1,0 +1,377 @@
+// The catalogue reader: every published application under InstalledApps, with the
+// user's and the groups' overrides already applied. A key that can't be read fails
+// the whole catalogue: the panel never shows a list with one entry left out.
+#include "registrar/KYjutlRegistrar.h"
+
+#include <cstdlib>
+#include <cwchar>
+#include <new>
+
+#include "registrar/RegistrarText.h"
+
+namespace {
+
+constexpr const wchar_t* kInstalledAppsKey = L"SOFTWARE\\Veltran\\Corvane\\AppServer\\InstalledApps";
+constexpr REGSAM kReadMask = 0x20009;           // without KEY_NOTIFY on purpose
+constexpr REGSAM kOverrideMask = KEY_QUERY_VALUE;
+constexpr int kAttempts = 6;
+constexpr DWORD kRetryPauseMs = 10;
+constexpr UINT kUnknownTypeFormat = 24697;
+
+void DeleteRecord(KYjutlRegistrar_FILE*& record) noexcept {
+    if (!record) return;
+    ReleaseRegistrarFile(*record);
+    delete record;
+    record = nullptr;
+}
+
+}  // namespace
+
+bool KYjutlRegistrar::ResetAppList() {
+    if (m_pAppList) {
+        for (KYjutlRegistrar_FILE*& record : *m_pAppList) DeleteRecord(record);
+        m_pAppList->clear();
+        return true;
+    }
+    m_pAppList = new (std::nothrow) KYjutlRegistrar_FILEList;
+    if (!m_pAppList) {
+        RecordError(49);
+        return false;
+    }
+    return true;
+}
+
+bool KYjutlRegistrar::CountInstalledApps() {
+    ClearErrors();
+    m_nInstalledApps = 0;
+    ky::UniqueHKey key;
+    Guard(67, [&] {
+        LONG rc = RegOpenKeyExW(HKEY_LOCAL_MACHINE, kInstalledAppsKey, 0, kReadMask, key.put());
+        if (rc == ERROR_FILE_NOT_FOUND) throw uint32_t{0};
+        if (rc != ERROR_SUCCESS) {
+            m_uErrorDetail = static_cast<uint32_t>(rc);
+            throw uint32_t{65};
+        }
+        DWORD subkeys = 0;
+        rc = RegQueryInfoKeyW(key.get(), nullptr, nullptr, nullptr, &subkeys, nullptr, nullptr,
+                              nullptr, nullptr, nullptr, nullptr, nullptr);
+        if (rc != ERROR_SUCCESS) {
+            m_uErrorDetail = static_cast<uint32_t>(rc);
+            throw uint32_t{66};
+        }
+        m_nInstalledApps = subkeys;
+    });
+    CloseKey(key);  // a failed close changes nothing that was counted
+    return m_uError == 0;
+}
+
+KYjutlRegistrar_FILEList* KYjutlRegistrar::ObtainInstalledApps() {
+    ClearErrors();
+    uint32_t reached = 0;
+    ky::UniqueHKey installedApps;
+    Guard(44, [&] {
+        if (!m_hInstance) throw uint32_t{258};
+        if ((!m_pAppList || !m_pAppList->empty()) && !ResetAppList()) throw uint32_t{0};
+        if (!CountInstalledApps() || m_nInstalledApps == 0) throw uint32_t{0};
+        LONG rc = RegOpenKeyExW(HKEY_LOCAL_MACHINE, kInstalledAppsKey, 0, kReadMask,
+                                installedApps.put());
+        if (rc != ERROR_SUCCESS) {
+            m_uErrorDetail = static_cast<uint32_t>(rc);
+            throw uint32_t{48};
+        }
+        CollectInstalledApps(installedApps.get(), reached);
+    });
+    if (CloseKey(installedApps) != ERROR_SUCCESS) RecordLateError(46);
+    if (m_uError == 0) NameFileTypes();
+    if (m_uError != 0) {
+        if (reached > 0) m_iErrorItem = static_cast<int>(reached);
+        ReleaseRegistrarFileList(m_pAppList);
+        return nullptr;
+    }
+    return m_pAppList;
+}
+
+void KYjutlRegistrar::CollectInstalledApps(HKEY installedApps, uint32_t& reached) {
+    for (uint32_t index = 0; index < m_nInstalledApps; ++index) {
+        reached = index + 1;
+        KYjutlRegistrar_FILE* record = nullptr;
+        for (int attempt = 1; !record; ++attempt) {
+            record = ObtainInstalledApp(installedApps, index);
+            if (record) break;
+            if (attempt == kAttempts) throw m_uError != 0 ? m_uError : uint32_t{38};
+            ClearErrors();
+            Sleep(kRetryPauseMs);
+        }
+        bool only = m_pszOnlyApp != nullptr;
+        if (only && _wcsicmp(m_pszOnlyApp, record->pszAppName) != 0) {
+            DeleteRecord(record);
+            continue;
+        }
+        try {
+            m_pAppList->push_back(record);
+        } catch (...) {
+            DeleteRecord(record);
+            throw uint32_t{45};
+        }
+        if (only) return;
+    }
+}
+
+void KYjutlRegistrar::NameFileTypes() {
+    wchar_t extension[256];
+    for (KYjutlRegistrar_FILE* record : *m_pAppList) {
+        if (!record || !record->pszExePath) continue;
+        registrar_text::CopyText(registrar_text::ExtensionOf(record->pszExePath), extension,
+                                 std::size(extension));
+        if (!ObtainFileTypeName(extension, &record->pszFileType)) ClearErrors();
+    }
+}
+
+KYjutlRegistrar_FILE* KYjutlRegistrar::ObtainInstalledApp(HKEY installedApps, uint32_t index) {
+    KYjutlRegistrar_FILE* record = nullptr;
+    ky::UniqueHKey appKey;
+    Guard(11, [&] {
+        if (!m_hInstance) throw uint32_t{258};
+        if (!m_pAppList) throw uint32_t{50};
+        if (!installedApps) throw uint32_t{47};
+        record = new (std::nothrow) KYjutlRegistrar_FILE{};
+        if (!record) throw uint32_t{37};
+        DWORD chars = kScratchChars;
+        LONG rc = RegEnumKeyExW(installedApps, index, m_wszB, &chars, nullptr, nullptr, nullptr,
+                                &m_ftScratch);
+        if (rc != ERROR_SUCCESS) {
+            m_uErrorDetail = static_cast<uint32_t>(rc);
+            throw uint32_t{18};
+        }
+        record->pszAppName = _wcsdup(m_wszB);
+        if (!record->pszAppName) throw uint32_t{21};
+        if (swprintf(m_wszA, kScratchChars, L"%ls%ls%ls", kInstalledAppsKey, L"\\", m_wszB) < 0)
+            throw uint32_t{28};
+        rc = RegOpenKeyExW(HKEY_LOCAL_MACHINE, m_wszA, 0, kReadMask, appKey.put());
+        if (rc != ERROR_SUCCESS) {
+            m_uErrorDetail = static_cast<uint32_t>(rc);
+            throw uint32_t{28};
+        }
+        ReadAppRecord(appKey.get(), *record);
+    });
+    if (CloseKey(appKey) != ERROR_SUCCESS) RecordLateError(26);
+    if (m_uError != 0) {
+        m_iErrorItem = static_cast<int>(index) + 1;
+        DeleteRecord(record);
+    }
+    return record;
+}
+
+void KYjutlRegistrar::ReadAppRecord(HKEY appKey, KYjutlRegistrar_FILE& record) {
+    // A failed read of a required or present value replaces the look-up's own number;
+    // its Win32 code stays in the detail.
+    if (!ObtainAppText(appKey, nullptr, L"ExePath")) {
+        m_uError = 0;
+        throw uint32_t{39};
+    }
+    if (!ExpandA()) throw uint32_t{271};
+    record.pszExePath = _wcsdup(m_wszA);
+    if (!record.pszExePath) throw uint32_t{23};
+    if (!ObtainAppCmdLineOptions(appKey, record)) throw uint32_t{0};
+    if (!ObtainAppStartDirectory(appKey, record)) throw uint32_t{0};
+    if (ObtainAppText(appKey, nullptr, L"IconPath")) {
+        if (!ExpandA()) throw uint32_t{272};
+        record.pszIconPath = _wcsdup(m_wszA);
+        if (!record.pszIconPath) throw uint32_t{22};
+    } else if (m_uError == 32) {
+        ClearErrors();
+    } else {
+        m_uError = 0;
+        throw uint32_t{25};
+    }
+    DWORD size = sizeof m_dwScratch1;
+    if (ObtainAppValue(appKey, nullptr, L"IconIndex", &m_dwScratch1, size)) {
+        record.iIconIndex = static_cast<int>(m_dwScratch1) < 0 ? 0 : static_cast<int>(m_dwScratch1);
+    } else if (m_uError == 32) {
+        ClearErrors();
+    } else {
+        m_uError = 0;
+        throw uint32_t{24};
+    }
+    if (!ObtainAppStartState(appKey, record)) {
+        ClearErrors();
+        record.iStartState = 0;
+    }
+}
+
+bool KYjutlRegistrar::ObtainAppText(HKEY appKey, const wchar_t* subkey, const wchar_t* valueName) {
+    DWORD size = m_cbA;
+    if (!ObtainAppValue(appKey, subkey, valueName, m_wszA, size)) return false;
+    if (TerminateText(m_wszA, size, kScratchChars)) return true;
+    RecordError(35);
+    if (m_uErrorDetail == 0) m_uErrorDetail = ERROR_MORE_DATA;
+    return false;
+}
+
+bool KYjutlRegistrar::ExpandA() {
+    DWORD chars = ExpandEnvironmentStringsW(m_wszA, m_wszB, kScratchChars);
+    if (chars == 0 || chars > kScratchChars) return false;
+    return registrar_text::CopyText(m_wszB, m_wszA, kScratchChars);
+}
+
+bool KYjutlRegistrar::ObtainAppValue(HKEY appKey, const wchar_t* subkey, const wchar_t* valueName,
+                                     void* data, DWORD& size) {
+    const DWORD capacity = size;
+    LONG win32 = ERROR_SUCCESS;
+    ky::UniqueHKey overrideKey;
+    Guard(29, [&] {
+        if (!appKey) throw uint32_t{27};
+        if (!valueName || !*valueName) throw uint32_t{34};
+        if (!data) throw uint32_t{33};
+        if (capacity == 0) throw uint32_t{36};
+        HKEY source = appKey;
+        if (subkey && *subkey) {
+            win32 = RegOpenKeyExW(appKey, subkey, 0, kOverrideMask, overrideKey.put());
+            if (win32 != ERROR_SUCCESS) throw uint32_t{31};
+            source = overrideKey.get();
+        }
+        memset(data, 0, capacity);
+        win32 = RegQueryValueExW(source, valueName, nullptr, nullptr, static_cast<BYTE*>(data), &size);
+        if (win32 == ERROR_FILE_NOT_FOUND) throw uint32_t{32};
+        if (win32 != ERROR_SUCCESS) throw uint32_t{35};
+    });
+    LONG closed = CloseKey(overrideKey);
+    if (closed != ERROR_SUCCESS) {
+        if (win32 == ERROR_SUCCESS) win32 = closed;
+        RecordLateError(30);
+    }
+    if (m_uError == 0) return true;
+    if (m_uErrorDetail == 0) m_uErrorDetail = static_cast<uint32_t>(win32);
+    if (data && capacity != 0) memset(data, 0, capacity);
+    size = 0;
+    return false;
+}
+
+bool KYjutlRegistrar::ObtainOverride(HKEY appKey, const wchar_t* valueName, void* data, DWORD& size,
+                                     bool text) {
+    const DWORD capacity = size;
+    auto lookUp = [&](const wchar_t* subkey) {
+        size = capacity;
+        if (ObtainAppValue(appKey, subkey, valueName, data, size)) {
+            if (!text || TerminateText(static_cast<wchar_t*>(data), size, capacity / sizeof(wchar_t)))
+                return true;
+        } else if (m_uError == 30) {
+            throw uint32_t{30};
+        }
+        ClearErrors();  // missing key, missing value, unreadable value: all a miss
+        return false;
+    };
+    wchar_t subkey[kScratchChars];
+    if (!m_strDomain.empty() && !m_strUser.empty() &&
+        swprintf(subkey, kScratchChars, L"%ls%ls%ls%ls%ls", L"Users", L"\\", m_strDomain.c_str(),
+                 L"!", m_strUser.c_str()) > 0 &&
+        lookUp(subkey))
+        return true;
+    if (m_pGroups) {
+        for (const std::wstring& group : *m_pGroups) {
+            if (swprintf(subkey, kScratchChars, L"%ls%ls%ls", L"Groups", L"\\", group.c_str()) > 0 &&
+                lookUp(subkey))
+                return true;
+        }
+    }
+    if (lookUp(nullptr)) return true;
+    size = 0;
+    return false;
+}
+
+bool KYjutlRegistrar::ObtainOverriddenText(HKEY appKey, const wchar_t* valueName, wchar_t*& field,
+                                           uint32_t expandError, uint32_t copyError,
+                                           uint32_t unexpected, uint32_t marker) {
+    Guard(unexpected, [&] {
+        DWORD size = m_cbA;
+        if (!ObtainOverride(appKey, valueName, m_wszA, size, true)) return;
+        if (!ExpandA()) throw expandError;
+        field = _wcsdup(m_wszA);
+        if (!field) throw copyError;
+    });
+    if (m_uError != 0 && m_uError != unexpected) m_uErrorDetail = marker;
+    return m_uError == 0;
+}
+
+bool KYjutlRegistrar::ObtainAppCmdLineOptions(HKEY appKey, KYjutlRegistrar_FILE& record) {
+    return ObtainOverriddenText(appKey, L"CmdLineOptions", record.pszCmdLineOptions, 12, 19, 13, 14);
+}
+
+bool KYjutlRegistrar::ObtainAppStartDirectory(HKEY appKey, KYjutlRegistrar_FILE& record) {
+    return ObtainOverriddenText(appKey, L"StartDirectory", record.pszStartDirectory, 15, 20, 16, 17);
+}
+
+bool KYjutlRegistrar::ObtainAppStartState(HKEY appKey, KYjutlRegistrar_FILE& record) {
+    Guard(40, [&] {
+        DWORD size = sizeof m_dwScratch2;
+        if (!ObtainOverride(appKey, L"StartState", &m_dwScratch2, size, false)) return;
+        int state = static_cast<int>(m_dwScratch2);
+        if (state < 0 || state >= 3) throw uint32_t{42};
+        record.iStartState = state;
+    });
+    if (m_uError != 0 && m_uError != 40) m_uErrorDetail = 41;
+    return m_uError == 0;
+}
+
+bool KYjutlRegistrar::ObtainFileTypeName(const wchar_t* extension, wchar_t** target) {
+    ClearErrors();
+    Guard(52, [&] {
+        if (!target) throw uint32_t{52};
+        const wchar_t* trimmed = extension ? extension : L"";
+        while (*trimmed == L' ') ++trimmed;
+        bool present = *trimmed != L'\0';
+        bool found = false;
+        if (present)
+            found = LookUpClassText(trimmed);
+        else
+            RecordError(63);
+        if (!found) {
+            if (m_uError == 54) throw uint32_t{0};
+            ClearErrors();
+            FormatUnknownType(trimmed, present);
+        }
+        wchar_t* text = _wcsdup(m_wszA);
+        if (!text) throw uint32_t{53};
+        free(*target);
+        *target = text;
+    });
+    if (m_uError != 0 && target) {
+        free(*target);
+        *target = nullptr;
+    }
+    return m_uError == 0;
+}
+
+bool KYjutlRegistrar::LookUpClassText(const wchar_t* extension) {
+    ky::UniqueHKey typeKey;
+    Guard(52, [&] {
+        m_wszA[0] = L'\0';
+        if (extension[0] != L'.') wcscpy(m_wszA, L".");
+        if (wcslen(m_wszA) + wcslen(extension) >= kScratchChars) throw uint32_t{55};
+        wcscat(m_wszA, extension);
+        ky::UniqueHKey extensionKey;
+        if (RegOpenKeyExW(HKEY_CLASSES_ROOT, m_wszA, 0, kReadMask, extensionKey.put()) != ERROR_SUCCESS)
+            throw uint32_t{55};
+        if (QueryText(extensionKey.get(), nullptr, m_wszB, kScratchChars) != ERROR_SUCCESS)
+            throw uint32_t{56};
+        if (!m_wszB[0]) throw uint32_t{57};
+        if (CloseKey(extensionKey) != ERROR_SUCCESS) throw uint32_t{54};
+        if (RegOpenKeyExW(HKEY_CLASSES_ROOT, m_wszB, 0, kReadMask, typeKey.put()) != ERROR_SUCCESS)
+            throw uint32_t{60};
+        if (QueryText(typeKey.get(), nullptr, m_wszA, kScratchChars) != ERROR_SUCCESS)
+            throw uint32_t{61};
+        if (!m_wszA[0]) throw uint32_t{62};
+    });
+    if (CloseKey(typeKey) != ERROR_SUCCESS) RecordLateError(59);
+    return m_uError == 0;
+}
+
+void KYjutlRegistrar::FormatUnknownType(const wchar_t* extension, bool present) {
+    if (LoadStringW(m_hInstance, kUnknownTypeFormat, m_wszB, kScratchChars) <= 0) throw uint32_t{58};
+    wchar_t upper[256];
+    if (!registrar_text::CopyText(present ? extension : L" ", upper, std::size(upper)))
+        throw uint32_t{58};
+    _wcsupr(upper);
+    if (!registrar_text::FormatOneText(m_wszB, upper, m_wszA, kScratchChars)) throw uint32_t{58};
+    if (!present) registrar_text::TrimBlanks(m_wszA);
+}
