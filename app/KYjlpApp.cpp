@@ -3,11 +3,13 @@
 #include <new>
 
 #include "app/KYjlpCmdLineInfo.h"
+#include "app/KYjlpItemLaunchRequest.h"
 #include "brander/KYpbr.h"
 #include "document/KYjlpDoc.h"
 #include "foundation/KYstdPgmStat.h"
 #include "framework/ResourceModule.h"
 #include "monitor/KYbpm.h"
+#include "registrar/KYjutlRegistrar.h"
 #include "window/KYjlpFrameMain.h"
 #include "window/KYjlpViewList.h"
 
@@ -54,6 +56,7 @@ void KYjlpApp::ResetMembers() {
     OnMemberReleased(Member::CommandLine);
     m_listLaunchRequests.clear();
     OnMemberReleased(Member::LaunchRequests);
+    delete m_pRegistrar;
     m_pRegistrar = nullptr;
     OnMemberReleased(Member::Registrar);
     m_hKeyCatalogue.reset();

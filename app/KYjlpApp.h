@@ -4,6 +4,8 @@
 #pragma once
 #include <windows.h>
 #include <cstdint>
+#include <list>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -17,6 +19,7 @@ class KYstdPgmStat;
 class KYjlpCmdLineInfo;
 class KYjlpDoc;
 class KYjlpViewList;
+class KYjlpItemLaunchRequest;
 class KYjutlRegistrar;
 
 class KYjlpApp : public fw::WinApp {
@@ -83,6 +86,22 @@ public:
     void DetectSession();
     bool SignalLogonManager();
 
+    // --- launch use: the launch requests and the launch command ---
+    // The launch requests, newest first; the list owns them.
+    using LaunchRequestList = std::list<std::unique_ptr<KYjlpItemLaunchRequest>>;
+    static constexpr uint32_t kLaunchLimitSeconds = 60;
+    static constexpr UINT kLaunchCommandId = 32781;
+    bool OnCmdMsg(UINT id, fw::CmdUI* ui) override;
+    // Queues the request (taking it over) and returns true; on false the caller keeps it.
+    bool AddLaunchRequest(std::unique_ptr<KYjlpItemLaunchRequest>& request);
+    // Checks the newest request; true while it still starts. Requests that came
+    // up, or never will, leave the list; the handle of the last one may be taken.
+    bool DrainLaunchRequests(uint32_t limitSeconds, int* status, HANDLE* process);
+    void OnAppLaunch(UINT id);
+    void ReportLaunchFailure(const std::wstring& name);
+    LaunchRequestList m_listLaunchRequests;
+    // --- end of launch use ---
+
     // Members, in the order of the object. Public as the framework's members
     // are: the document, frame and view read and set them.
     std::vector<std::wstring> m_astrAuxKeywords;
@@ -95,7 +114,6 @@ public:
     void* m_pfnIsSharedAccountSession = nullptr;
     bool m_bUserIsAdmin = false;
     uint32_t m_nItemFillMask = 11;
-    std::vector<void*> m_listLaunchRequests;
     int m_nPrinterStartMode = 0;
     ky::UniqueHModule m_hPrintMonitor;
     bool m_bPrintersAttempted = false;
@@ -142,6 +160,9 @@ private:
     bool InitCommandLine(int& pending);
     bool InitServices(int& pending);
     bool InitDocument(int& pending);
+    void EstablishRegistrar();
+    bool ReadPreferencesAtStart();
+    bool ReadCatalogueAtStart();
     void FinishInitInstance(bool& result, int pending, int second, int index);
     void ReportHelpSituation();
     bool RunShellCommand(int command);

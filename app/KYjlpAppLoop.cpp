@@ -5,6 +5,8 @@
 #include "framework/FrameWnd.h"
 #include "monitor/KYbpm.h"
 #include "monitor/KYbpmDataQRW.h"
+#include "registrar/KYjutlRegistrar.h"
+#include "window/KYjlpFrameMain.h"
 
 namespace {
 const wchar_t kCatalogueKey[] = L"SOFTWARE\\Veltran\\Corvane\\AppServer\\InstalledApps";
@@ -155,8 +157,24 @@ bool KYjlpApp::OnServerSettingsChanged() {
     WatchRegistryKey(m_hKeyServer, kServerKey, kWatchServer);
     if (m_pMonitor) m_pMonitor->setBehaviorCriteria(KYbpmDataQRW::obtainBehaviorCriteria() |
                                                     KYbpmCriteria::kInSession | KYbpmCriteria::kSessionLog);
-    // The fresh reads of SharedAccounts and the session time-out, with the menu
-    // rebuilt when they change, come with the registrar's server facts.
+    if (!m_pRegistrar) return false;
+    const std::wstring oldShared = m_pRegistrar->m_szSharedAccounts;
+    const uint32_t oldTimeout = m_pRegistrar->m_uSessionTimeout;
+    if (!m_pRegistrar->ObtainSharedAccounts()) {
+        lstrcpynW(m_pRegistrar->m_szSharedAccounts, oldShared.c_str(), 260);
+        return false;
+    }
+    if (!m_pRegistrar->ObtainSessionTimeout()) {
+        m_pRegistrar->m_uSessionTimeout = oldTimeout;
+        return false;
+    }
+    // Disconnect is offered for any non-zero time-out: a change between two
+    // non-zero values changes nothing the user sees.
+    const uint32_t newTimeout = m_pRegistrar->m_uSessionTimeout;
+    const bool same = lstrcmpiW(oldShared.c_str(), m_pRegistrar->m_szSharedAccounts) == 0 &&
+                      (oldTimeout == newTimeout || (oldTimeout != 0 && newTimeout != 0));
+    if (!same)
+        if (auto* frame = dynamic_cast<KYjlpFrameMain*>(MainWindow())) frame->RebuildMenu();
     return true;
 }
 
@@ -167,8 +185,8 @@ bool KYjlpApp::OnIdle(long count) {
         return true;
     case 2:
         if (!m_bPrintersAttempted && !m_bPrintersActive) return true;
-        // Settling the launch requests and the status bar's launch text come with
-        // the launch requests.
+        // The status bar's text of the starting program comes with the status bar.
+        if (MainWindow()) DrainLaunchRequests(kLaunchLimitSeconds, nullptr, nullptr);
         return false;
     case 3:
         if (!m_bPrintersAttempted && !m_bPrintersActive) AcquireClientPrinters(true);

@@ -3,6 +3,7 @@
 #include <new>
 
 #include "app/KYjlpApp.h"
+#include "app/GroupNames.h"
 #include "app/KYjlpCmdLineInfo.h"
 #include "brander/KYpbr.h"
 #include "document/KYjlpDoc.h"
@@ -10,6 +11,7 @@
 #include "framework/MessageBox.h"
 #include "framework/ResourceModule.h"
 #include "monitor/KYbpm.h"
+#include "registrar/KYjutlRegistrar.h"
 #include "window/KYjlpFrameMain.h"
 #include "window/KYjlpViewList.h"
 
@@ -65,9 +67,62 @@ bool KYjlpApp::InitServices(int& pending) {
         loadSkin = false;
     }
     if (loadSkin) LoadLibraryW(L"face.dll");  // the skin library is never freed nor required
-    // Steps 10 to 14, the user's group names and the registrar's reads of the
-    // preferences (shell use) or the catalogue (launch use), come with the registrar.
+    if (m_bShell) ObtainGroupNames(m_hResourceLibrary.get(), m_astrGroups, m_bUserIsAdmin);
+    EstablishRegistrar();
+    bool ready = m_bShell ? ReadPreferencesAtStart() : ReadCatalogueAtStart();
+    if (!ready) {
+        m_nRegistrarError2 = static_cast<int>(m_pRegistrar->m_uErrorDetail);
+        m_nRegistrarError3 = m_pRegistrar->m_iErrorItem;
+        throw MapRegistrarError(m_pRegistrar->m_uError);
+    }
     return true;
+}
+
+// Step 11: the registrar, for the user's domain and name and the set the
+// command line chose.
+void KYjlpApp::EstablishRegistrar() {
+    std::wstring domain, user;
+    GetTagText(domain, 8);
+    GetTagText(user, 11);
+    const bool classic = m_pCmdLine && m_pCmdLine->m_bClassic;
+    m_pRegistrar = new (std::nothrow) KYjutlRegistrar(
+        classic ? KYjutlRegistrar::kModeClassic : KYjutlRegistrar::kModeStandard, domain.c_str(),
+        user.c_str(), &m_astrGroups);
+    if (!m_pRegistrar) throw 27219;
+    m_pRegistrar->Initialize(m_hResourceLibrary.get(), nullptr, nullptr, nullptr);
+    m_pRegistrar->m_hInstance = m_hResourceLibrary.get();
+}
+
+// Step 12: shell use reads the user's preferences, first restoring or
+// discarding the store as the preference-set option asks.
+bool KYjlpApp::ReadPreferencesAtStart() {
+    if (m_pCmdLine && !m_pCmdLine->m_strPreferenceSet.empty()) {
+        m_pRegistrar->m_pszRestoreFile = m_pCmdLine->m_strPreferenceSet.c_str();
+        m_pRegistrar->m_bKeepPreferences = true;
+    } else if (m_pCmdLine && !m_pCmdLine->m_bPreferenceSetGiven) {
+        m_pRegistrar->m_pszRestoreFile = nullptr;
+        m_pRegistrar->m_bKeepPreferences = false;
+    }
+    bool ready = m_pRegistrar->ObtainPreferences();
+    // Later reads and writes go to the ordinary store, whatever the option said.
+    m_pRegistrar->m_bKeepPreferences = true;
+    m_pRegistrar->m_pszRestoreFile = nullptr;
+    // The Classic desktop's harmonisation follows a successful read; it comes
+    // with the auxiliary programs and desktop settings.
+    return ready;
+}
+
+// Step 13: launch use reads the session time-out and the one catalogue item named.
+bool KYjlpApp::ReadCatalogueAtStart() {
+    if (!m_pRegistrar->ObtainSessionTimeout()) {
+        m_pRegistrar->m_uError = 0;
+        m_pRegistrar->m_uErrorDetail = 0;
+        m_pRegistrar->m_iErrorItem = -1;
+    }
+    const LAUNCH_INFO* launch = m_pCmdLine ? m_pCmdLine->m_pLaunchInfo.get() : nullptr;
+    m_pRegistrar->m_pszOnlyApp = launch && launch->pszName ? launch->pszName.get() : nullptr;
+    m_pRegistrar->ObtainInstalledApps();
+    return m_pRegistrar->m_uError == 0;
 }
 
 // Steps 15 to 17: document template and the command line's shell command.

@@ -23,6 +23,10 @@ bool KYjlpFrameMain::RestoreWindow(const wchar_t* caller) {
     return !app->m_pMonitor || app->m_pMonitor->isSituationNormal();
 }
 
+void KYjlpFrameMain::RebuildMenu() {
+    if (*this) DrawMenuBar(m_hwnd);
+}
+
 void KYjlpFrameMain::OnClose() {
     // The watches stop first, so that no handler runs while the window goes.
     if (KYjlpApp* app = TheApp()) {

@@ -11,6 +11,9 @@ public:
     // The display step at the end of start-up: the list, the title and the window
     // shown. caller names who asks, for the reports.
     bool RestoreWindow(const wchar_t* caller);
+    // The menu follows what the session offers (disconnect, printers); the
+    // session's own entries come with the frame's menus.
+    void RebuildMenu();
 
 protected:
     void OnClose() override;

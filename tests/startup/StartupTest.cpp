@@ -1,0 +1,106 @@
+// LaunchPanel.exe observed from outside: its boxes, its windows, its log.
+#include <gtest/gtest.h>
+
+#include "tests/support/ChildProcess.h"
+#include "tests/support/TestSupport.h"
+
+namespace lptest {
+namespace {
+
+constexpr DWORD kLimit = 30000;
+const wchar_t kFrameClass[] = L"LaunchPanelFrame";
+
+class Startup : public RegistryTest {
+protected:
+    void SetUp() override {
+        RegistryTest::SetUp();
+        // Unattended: a failure after start-up goes to the log, never to a box.
+        LP_SET_DWORD(HKEY_LOCAL_MACHINE, kServerKey, L"PM_BehaviorCriteria", 1);
+    }
+    // A copy of the program (and, when asked, its library) in a folder of its own.
+    std::wstring Install(const std::wstring& folder, bool withLibrary) {
+        CreateDirectoryW(folder.c_str(), nullptr);
+        EXPECT_TRUE(CopyFileTo(BinDir() + L"LaunchPanel.exe", folder + L"LaunchPanel.exe"));
+        if (withLibrary) {
+            EXPECT_TRUE(CopyFileTo(BinDir() + L"lp.dll", folder + L"lp.dll"));
+        }
+        return folder + L"LaunchPanel.exe";
+    }
+    TempDir m_dir;
+};
+
+TEST_F(Startup, MissingLibraryIsToldByTheProgramsOwnText) {
+    std::wstring exe = Install(m_dir.path() + L"app\\", false);
+    ChildProcess program(exe, L"", m_dir.path() + L"app\\");
+    ASSERT_TRUE(program.started());
+    MessageBoxInfo box;
+    ASSERT_TRUE(program.WaitForMessageBox(kLimit, box));
+    EXPECT_EQ(box.text, L"Internal Error 1.050\n"
+                        L"Failed to load the localized resources dynamic-link library (DLL).");
+    EXPECT_EQ(box.caption, L"LaunchPanel.exe") << "no brander yet: the program's file name";
+    PressButton(box.hwnd, IDOK);
+    EXPECT_EQ(program.Wait(kLimit), 0u);
+    EXPECT_TRUE(TopWindowsOf(program.pid(), kFrameClass).empty());
+}
+
+TEST_F(Startup, StandaloneRunLogsBesideThePrograms) {
+    std::wstring exe = Install(m_dir.path() + L"app\\", true);
+    ChildProcess program(exe, L"");
+    ASSERT_FALSE(program.WaitForWindows(kLimit, kFrameClass).empty());
+    std::wstring stored;
+    ASSERT_TRUE(GetString(HKEY_LOCAL_MACHINE, kServerKey, L"LogDirectory", stored));
+    EXPECT_EQ(stored, m_dir.path() + L"Log\\");
+    WIN32_FIND_DATAW found;
+    HANDLE find = FindFirstFileW((m_dir.path() + L"Log\\*_LaunchPanel_*.html").c_str(), &found);
+    EXPECT_NE(find, INVALID_HANDLE_VALUE) << "the run's log file";
+    if (find != INVALID_HANDLE_VALUE) FindClose(find);
+    program.CloseWindows();
+    EXPECT_EQ(program.Wait(kLimit), 0u);
+}
+
+TEST_F(Startup, ProgramInARootFolderHasNoPlaceForItsLog) {
+    wchar_t windows[MAX_PATH];
+    GetWindowsDirectoryW(windows, MAX_PATH);
+    std::wstring root = std::wstring(windows).substr(0, 3);  // "C:\"
+    std::wstring exe = Install(root, true);
+    {
+        ChildProcess program(exe, L"", m_dir.path());
+        MessageBoxInfo box;
+        ASSERT_TRUE(program.WaitForMessageBox(kLimit, box));
+        EXPECT_EQ(box.text, L"Internal Error 1.708\n"
+                            L"Rejected program monitor log directory specifier as root only.");
+        PressButton(box.hwnd, IDOK);
+        EXPECT_EQ(program.Wait(kLimit), 0u);
+    }
+    DeleteFileW(exe.c_str());
+    DeleteFileW((root + L"lp.dll").c_str());
+}
+
+TEST_F(Startup, SecondCopyRunsBesideTheFirst) {
+    TempDir logs;
+    LP_SET_STRING(HKEY_LOCAL_MACHINE, kServerKey, L"LogDirectory", logs.path(), REG_EXPAND_SZ);
+    ChildProcess first(BinDir() + L"LaunchPanel.exe", L"");
+    ASSERT_FALSE(first.WaitForWindows(kLimit, kFrameClass).empty());
+    ChildProcess second(BinDir() + L"LaunchPanel.exe", L"");
+    auto windows = second.WaitForWindows(kLimit, kFrameClass);
+    ASSERT_EQ(windows.size(), 1u);
+    EXPECT_EQ(WindowText(windows.front()), L"Launch Panel");
+    first.CloseWindows();
+    second.CloseWindows();
+    EXPECT_EQ(first.Wait(kLimit), 0u);
+    EXPECT_EQ(second.Wait(kLimit), 0u);
+}
+
+TEST_F(Startup, UnknownOptionEndsTheRunWithItsNumber) {
+    TempDir logs;
+    LP_SET_STRING(HKEY_LOCAL_MACHINE, kServerKey, L"LogDirectory", logs.path(), REG_EXPAND_SZ);
+    ChildProcess program(BinDir() + L"LaunchPanel.exe", L"/frobnicate");
+    MessageBoxInfo box;
+    ASSERT_TRUE(program.WaitForMessageBox(kLimit, box));
+    EXPECT_EQ(box.text, L"Internal Error 1.148\nThe command line has an option that Launch Panel does not know.");
+    PressButton(box.hwnd, IDOK);
+    EXPECT_EQ(program.Wait(kLimit), 0u);
+}
+
+}  // namespace
+}  // namespace lptest
