@@ -79,5 +79,9 @@ lp_ensure_prefix() {
       touch "$WINEPREFIX/.lp-ready"
     fi
   ) 9>"$WINEPREFIX.lock"
-  wineserver -p30 >/dev/null 2>&1 || true
+  # Wine's own background programs (services, the desktop) must not inherit the
+  # caller's output: a pipe they hold open would keep a test "running" until they
+  # end. They are started here, with no output, and kept warm by the server.
+  wineserver -p30 </dev/null >/dev/null 2>&1 || true
+  wine cmd /c exit </dev/null >/dev/null 2>&1 || true
 }

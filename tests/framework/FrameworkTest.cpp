@@ -1,0 +1,125 @@
+// Command routing and the document template, with real windows.
+#include <gtest/gtest.h>
+
+#include <windows.h>
+#include <commctrl.h>
+
+#include <vector>
+
+#include "framework/DocTemplate.h"
+#include "framework/WinApp.h"
+
+namespace {
+
+std::vector<std::string> g_calls;
+
+class TestDoc : public fw::Document {
+public:
+    bool OnCmdMsg(UINT id, fw::CmdUI* ui) override { return Route<TestDoc>(this, kMap, id, ui); }
+    void OnShared(UINT) { g_calls.push_back("doc shared"); }
+    void OnDocOnly(UINT) { g_calls.push_back("doc only"); }
+    bool OnNewDocument() override {
+        g_calls.push_back("new document");
+        return true;
+    }
+
+private:
+    static constexpr fw::CommandEntry<TestDoc> kMap[] = {
+        {100, 100, &TestDoc::OnShared, nullptr},
+        {101, 101, &TestDoc::OnDocOnly, nullptr},
+    };
+};
+
+class TestView : public fw::View {
+public:
+    bool CreateView(fw::FrameWnd& frame, UINT id) override {
+        HWND hwnd = CreateWindowExW(0, WC_STATICW, L"", WS_CHILD | WS_VISIBLE, 0, 0, 10, 10,
+                                    frame.Handle(), reinterpret_cast<HMENU>(static_cast<UINT_PTR>(id)),
+                                    GetModuleHandleW(nullptr), nullptr);
+        return hwnd && Subclass(hwnd);
+    }
+    bool OnCmdMsg(UINT id, fw::CmdUI* ui) override { return Route<TestView>(this, kMap, id, ui); }
+    void OnShared(UINT) { g_calls.push_back("view shared"); }
+    void OnRange(UINT id) { g_calls.push_back("view range " + std::to_string(id)); }
+    void OnUpdateRange(fw::CmdUI& ui) { ui.Enable(ui.m_nID % 2 == 0); }
+    void OnUpdateOnly(fw::CmdUI& ui) { ui.SetCheck(1); }
+
+private:
+    static constexpr fw::CommandEntry<TestView> kMap[] = {
+        {100, 100, &TestView::OnShared, nullptr},
+        {200, 209, &TestView::OnRange, &TestView::OnUpdateRange},
+        {300, 300, nullptr, &TestView::OnUpdateOnly},
+    };
+};
+
+class Framework : public ::testing::Test {
+protected:
+    void SetUp() override {
+        g_calls.clear();
+        app.m_nCmdShow = SW_HIDE;
+        app.AddDocTemplate(std::make_unique<fw::DocTemplate>(fw::DocTemplateArgs{
+            .resourceId = 1,
+            .makeDocument = [] { return std::make_unique<TestDoc>(); },
+            .makeFrame = [] { return std::make_unique<fw::FrameWnd>(); },
+            .makeView = [] { return std::make_unique<TestView>(); }}));
+    }
+    fw::WinApp app{L"Framework test"};
+};
+
+TEST_F(Framework, NewFileMakesDocumentFrameAndViewWithTheFrameAsMainWindow) {
+    ASSERT_TRUE(app.OnCmdMsg(fw::ID_FILE_NEW, nullptr));
+    fw::DocTemplate& t = *app.Templates().front();
+    ASSERT_NE(t.GetDocument(), nullptr);
+    ASSERT_NE(t.GetFrame(), nullptr);
+    EXPECT_EQ(app.MainWindow(), t.GetFrame());
+    EXPECT_FALSE(t.GetFrame()->IsVisible()) << "a hidden start shows nothing";
+    ASSERT_EQ(t.GetDocument()->Views().size(), 1u);
+    EXPECT_EQ(t.GetFrame()->ActiveView()->GetDocument(), t.GetDocument());
+    EXPECT_EQ(g_calls, std::vector<std::string>{"new document"});
+}
+
+TEST_F(Framework, CommandsGoToTheViewFirstThenTheDocument) {
+    app.OnFileNew();
+    fw::FrameWnd& frame = *app.MainWindow();
+    g_calls.clear();
+    EXPECT_TRUE(frame.OnCmdMsg(100, nullptr));
+    EXPECT_TRUE(frame.OnCmdMsg(101, nullptr));
+    EXPECT_TRUE(frame.OnCmdMsg(205, nullptr));
+    EXPECT_FALSE(frame.OnCmdMsg(210, nullptr)) << "past the end of the range";
+    EXPECT_FALSE(frame.OnCmdMsg(300, nullptr)) << "an update handler alone does not take the command";
+    EXPECT_EQ(g_calls, (std::vector<std::string>{"view shared", "doc only", "view range 205"}));
+}
+
+TEST_F(Framework, UpdateHandlersDecideAndHandlersAloneEnable) {
+    app.OnFileNew();
+    fw::FrameWnd& frame = *app.MainWindow();
+    fw::CmdUI even(204), odd(205), checked(300), handled(101), unknown(999);
+    EXPECT_TRUE(frame.OnCmdMsg(204, &even));
+    EXPECT_TRUE(even.m_bEnabled);
+    EXPECT_TRUE(frame.OnCmdMsg(205, &odd));
+    EXPECT_FALSE(odd.m_bEnabled);
+    EXPECT_TRUE(frame.OnCmdMsg(300, &checked));
+    EXPECT_EQ(checked.m_nCheck, 1);
+    EXPECT_TRUE(frame.OnCmdMsg(101, &handled));
+    EXPECT_TRUE(handled.m_bEnabled);
+    EXPECT_FALSE(frame.OnCmdMsg(999, &unknown));
+    EXPECT_TRUE(g_calls.empty() || g_calls == std::vector<std::string>{"new document"})
+        << "updates run no command";
+}
+
+TEST_F(Framework, WmCommandThroughThePumpReachesTheView) {
+    app.OnFileNew();
+    PostMessageW(app.MainWindow()->Handle(), WM_COMMAND, 207, 0);
+    g_calls.clear();
+    ASSERT_TRUE(app.PumpMessage());
+    EXPECT_EQ(g_calls, std::vector<std::string>{"view range 207"});
+}
+
+TEST_F(Framework, ClosingTheMainWindowQuitsTheLoop) {
+    app.OnFileNew();
+    PostMessageW(app.MainWindow()->Handle(), WM_CLOSE, 0, 0);
+    EXPECT_EQ(app.Run(), 0);
+    EXPECT_EQ(app.MainWindow(), nullptr);
+}
+
+}  // namespace
