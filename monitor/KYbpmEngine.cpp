@@ -182,5 +182,8 @@ bool KYbpmEngine::respond() {
     const bool logged = log(composed, answer, shown, boxed);
     if (!boxed && !logged) return false;
     ++m_nCount;
+    // Taken: the situation is over, and the slot is free for the next one. Only
+    // a situation nobody took stays, for the caller to forget.
+    m_situation.reset(0);
     return true;
 }

@@ -217,10 +217,11 @@ TEST(KYbpmLog, InsideASessionTheEventLogTakesTheEntries) {
     EXPECT_EQ(monitor->canRespondToSituations(), KYbpm_FUZZY_CHOICE::Unsure);
     EXPECT_TRUE(monitor->respondToSituation(27101, 0, L"P1"));
     EXPECT_EQ(monitor->getSituationsCount(), 1);
-    EXPECT_EQ(monitor->getSituationID(), 27101) << "the situation stands until forgotten";
+    EXPECT_TRUE(monitor->isSituationNormal()) << "a situation that was taken is over";
 
     auto quiet = MakeMonitor({.criteria = session | KYbpmCriteria::kUnattended | KYbpmCriteria::kNoLog});
     ASSERT_TRUE(quiet);
     EXPECT_EQ(quiet->canRespondToSituations(), KYbpm_FUZZY_CHOICE::No);
     EXPECT_FALSE(quiet->respondToSituation(27101, 0, L"P1"));
+    EXPECT_EQ(quiet->getSituationID(), 27101) << "one nobody took stands until forgotten";
 }
