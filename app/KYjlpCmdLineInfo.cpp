@@ -122,13 +122,13 @@ bool KYjlpCmdLineInfo::ValidateCommandLine() {
     return StatusClean();
 }
 
-std::wstring KYjlpCmdLineInfo::ExpandValue(const wchar_t* argument) const {
+std::wstring KYjlpCmdLineInfo::ExpandValue(const wchar_t* argument, bool skipBlanks) const {
     wchar_t* buffer = m_app.m_wszScratch1;
     wmemset(buffer, 0, KYjlpApp::kScratchChars);
     if (!KYbpmLocalizeHelpers::expandEnvironmentVarStrsW(argument, buffer, nullptr, nullptr,
                                                          KYjlpApp::kScratchChars))
         throw 27153;
-    std::wstring value = SkipNonGraphic(buffer);
+    std::wstring value = skipBlanks ? SkipNonGraphic(buffer) : buffer;
     wmemset(buffer, 0, KYjlpApp::kScratchChars);
     return value;
 }
@@ -203,13 +203,11 @@ bool KYjlpCmdLineInfo::ParseLaunchOption(int argc, wchar_t** argv, int& index) {
         if (m_nShellCommand != kNew) throw 27146;
         if (argc < 2 || !argv || index < 1 || index + 1 > argc) throw 27154;
         NewLaunchInfo(kLaunchProgram);
-        m_pLaunchInfo->pszName = Duplicate(ExpandValue(argv[index++]));
+        m_pLaunchInfo->pszName = Duplicate(ExpandValue(argv[index++], false));
         if (index < argc) {
-            // Position-bound: the arguments slot takes its value even if it starts with a leader.
-            if (argv[index] && *argv[index]) {
-                std::wstring arguments = ExpandValue(argv[index]);
-                if (!arguments.empty()) m_pLaunchInfo->pszArguments = Duplicate(arguments);
-            }
+            // Position-bound: the arguments slot takes its value even if it starts with a
+            // leader; an empty argument keeps the place without a value.
+            if (argv[index] && *argv[index]) m_pLaunchInfo->pszArguments = Duplicate(ExpandValue(argv[index]));
             ++index;
         }
         if (index < argc && !IsOptionLeader(argv[index])) {
@@ -218,8 +216,7 @@ bool KYjlpCmdLineInfo::ParseLaunchOption(int argc, wchar_t** argv, int& index) {
             ++index;
         }
         if (index < argc && !IsOptionLeader(argv[index])) {
-            std::wstring directory = ExpandValue(argv[index] ? argv[index] : L"");
-            if (!directory.empty()) m_pLaunchInfo->pszDirectory = Duplicate(directory);
+            m_pLaunchInfo->pszDirectory = Duplicate(ExpandValue(argv[index] ? argv[index] : L""));
             ++index;
         }
     } catch (int number) {
@@ -241,7 +238,7 @@ bool KYjlpCmdLineInfo::ParsePreferenceSetOption(int argc, wchar_t** argv, int& i
     try {
         if (index < argc && !IsOptionLeader(argv[index])) {
             if (argv[index] && *argv[index]) {
-                m_strPreferenceSet = ExpandValue(argv[index]);
+                m_strPreferenceSet = ExpandValue(argv[index], false);
                 m_bPreferenceSetGiven = true;
             }
             ++index;

@@ -68,8 +68,9 @@ private:
     bool StatusClean() const;
     void AddSituation(int number) const;
     int FirstSituation() const;
-    // The option value with environment variables expanded and leading blanks skipped.
-    std::wstring ExpandValue(const wchar_t* argument) const;
+    // The option value with environment variables expanded and, unless told
+    // otherwise, leading blanks skipped.
+    std::wstring ExpandValue(const wchar_t* argument, bool skipBlanks = true) const;
     HeapString Duplicate(const std::wstring& text) const;
     void NewLaunchInfo(int shellCommandRequired);
     void FillNodeManagerRecord();

@@ -1,14 +1,71 @@
 // The document of Launch Panel: the list of published applications the user may
-// start, built from the catalogue and kept in step with it.
+// start, built from the catalogue, each item checked so that it can run, and the
+// checks a launch makes on its target.
 #pragma once
+#include <windows.h>
+#include <shellapi.h>
+#include <memory>
+
+#include "document/KYjlpItemList.h"
+#include "document/LV_TEXTLINE.h"
 #include "framework/Document.h"
+
+class KYjlpViewList;
+struct KYjutlRegistrar_FILE;
 
 class KYjlpDoc : public fw::Document {
 public:
-    KYjlpDoc() = default;
-    ~KYjlpDoc() override = default;
+    using ItemListPtr = std::unique_ptr<KYjlpItemList>;
 
-    // The list is built from the catalogue by the document's item model; an empty
-    // document is what the frame and the view need to stand.
+    KYjlpDoc() = default;
+    ~KYjlpDoc() override;
+    KYjlpDoc(const KYjlpDoc&) = delete;
+    KYjlpDoc& operator=(const KYjlpDoc&) = delete;
+
     bool OnNewDocument() override;
+    // Frees the live list and its records.
+    virtual bool EmptyContents();
+    virtual void ReleaseAll();
+
+    KYjlpViewList* ObtainViewList() const;
+    // The node of the item called name (without regard to case) and its place from 0; null and -1 if none.
+    POSITION FindItemByName(const wchar_t* name, int* index) const;
+    KYjlpItemList* Items() const { return m_pItems.get(); }
+
+    // The item model: building a list from the catalogue, records, copies.
+    KYjlpItemList* BuildItemList(ItemListPtr* out);
+    // Takes the record's strings over (nulling them there) and checks the item; null when refused.
+    LV_TEXTLINE* MakeItem(KYjutlRegistrar_FILE* record);
+    static void FreeItem(LV_TEXTLINE** item) noexcept;
+    static void FreeItems(KYjlpItemList* list) noexcept;
+    static void FreeItemList(ItemListPtr* list) noexcept;
+    static bool CloneItem(LV_TEXTLINE** out, const LV_TEXTLINE* source);
+    static bool CloneItemList(ItemListPtr* out, const KYjlpItemList* source);
+    // Appends the records of source to the live list; null (and 27014) without a live list.
+    KYjlpItemList* MoveItemsToEnd(KYjlpItemList* source, bool emptySource);
+    bool GatherFileFacts(LV_TEXTLINE** item);
+    bool GatherListFacts(KYjlpItemList* list);
+    // Name and extension of path into out (size at least MAX_PATH); out is returned.
+    static wchar_t* SplitFileName(const wchar_t* path, wchar_t* out, size_t size);
+
+    // The checks of a target: what the shell would do, answered before it is asked.
+    bool ValidateTarget(const wchar_t* path, SHFILEINFOW* scratch, wchar_t** startDir, bool* isDocument);
+    bool ValidateTargetQuiet(const wchar_t* path, wchar_t** startDir);
+    bool CheckTargetFile(const wchar_t* path, DWORD* error, SHFILEINFOW* scratch, bool* isDocument);
+    bool CheckTargetQuiet(const wchar_t* path, DWORD* error);
+    bool CheckStartDirectory(const wchar_t* dir, DWORD* error);
+
+    // The resolved handler of the last document checked, which the failure reports quote.
+    const wchar_t* HandlerPath() const { return m_wszHandler; }
+
+private:
+    bool PassAccessDenied(const wchar_t* path, bool* isDocument, DWORD* error);
+    void CheckItemStartDirectory(const wchar_t* path, wchar_t** startDir);
+    DWORD FindHandler(const wchar_t* path, const wchar_t* startDir);
+    void CheckItemIcon(LV_TEXTLINE* item);
+    void CheckItemParameters(LV_TEXTLINE* item);
+    static void TakeOver(wchar_t*& field, wchar_t*& source) noexcept;
+
+    ItemListPtr m_pItems;
+    wchar_t m_wszHandler[MAX_PATH] = {};
 };
