@@ -53,6 +53,8 @@ public:
     virtual bool CloseWinHelp();
     // The catalogue changed: the document builds the list anew and merges it.
     virtual bool RefreshItems();
+    virtual bool CollectPreferences();
+    virtual bool SavePreferences();
 
     // Message-box path for failures after start-up (program status or plain box).
     bool ReportProblem(int number, int second, uint32_t index, const wchar_t* caption, UINT flags);
@@ -174,6 +176,7 @@ private:
     void RecordCaption(KYbpmData& data);
     std::wstring LoadSituationText(int number);
     bool DispatchWatchEvent(HANDLE signalled);
+    bool IdleStep(long count);
 
     int m_nRegistrarError2 = 0;
     int m_nRegistrarError3 = -1;

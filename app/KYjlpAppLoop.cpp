@@ -19,11 +19,13 @@ bool KYjlpApp::PumpMessage() {
     MSG peek;
     if (m_bWatching && !PeekMessageW(&peek, nullptr, 0, 0, PM_NOREMOVE) && WaitForWatchOrMessage())
         return true;
-    if (!GetMessageW(&m_msgCur, nullptr, 0, 0)) {
+    BOOL got = GetMessageW(&m_msgCur, nullptr, 0, 0);
+    if (got == 0) {
         m_bWatching = false;
         m_nExitCode = static_cast<int>(m_msgCur.wParam);
         return false;
     }
+    if (got == -1) return true;  // no message was fetched: nothing to dispatch
     if (m_msgCur.message == fw::WM_KICKIDLE) return true;
     if (PreTranslateMessage(m_msgCur)) return true;
     TranslateMessage(&m_msgCur);
@@ -46,9 +48,17 @@ bool KYjlpApp::WaitForWatchOrMessage() {
 }
 
 bool KYjlpApp::DispatchWatchEvent(HANDLE signalled) {
-    if (signalled == m_hWatchEvents[kWatchPrinters].get()) OnPrintersChanged();
-    else if (signalled == m_hWatchEvents[kWatchCatalogue].get()) OnCatalogueChanged();
-    else if (signalled == m_hWatchEvents[kWatchServer].get()) OnServerSettingsChanged();
+    try {
+        if (signalled == m_hWatchEvents[kWatchPrinters].get()) OnPrintersChanged();
+        else if (signalled == m_hWatchEvents[kWatchCatalogue].get()) OnCatalogueChanged();
+        else if (signalled == m_hWatchEvents[kWatchServer].get()) OnServerSettingsChanged();
+    } catch (...) {
+        // A handler that failed unexpectedly must not end the session's shell;
+        // the next change of the key is handled afresh.
+        if (m_pMonitor && !m_pMonitor->respondToSituation(27015, 0, static_cast<int32_t>(__LINE__),
+                                                          L"KYjlpAppLoop.cpp", __DATE__, 0))
+            m_pMonitor->forgetSituation();
+    }
     return true;
 }
 
@@ -179,6 +189,14 @@ bool KYjlpApp::OnServerSettingsChanged() {
 }
 
 bool KYjlpApp::OnIdle(long count) {
+    try {
+        return IdleStep(count);
+    } catch (...) {
+        return false;  // idle work is retried on the next idle sequence
+    }
+}
+
+bool KYjlpApp::IdleStep(long count) {
     if (fw::WinApp::OnIdle(count)) return true;
     switch (count) {
     case 1:

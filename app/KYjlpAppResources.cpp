@@ -217,7 +217,12 @@ int KYjlpApp::SetUpHelpFile(const wchar_t* path) {
     int number = 0;
     try {
         if (!path) throw 27060;
-        std::wstring file = path;
+        std::wstring file;
+        try {
+            file = path;
+        } catch (...) {
+            throw 27057;
+        }
         file.erase(0, file.find_first_not_of(L" \t"));
         if (file.empty()) throw 27056;
         file.erase(file.find_last_not_of(L" \t") + 1);
@@ -232,7 +237,13 @@ int KYjlpApp::SetUpHelpFile(const wchar_t* path) {
             m_nHelpKind = 2;
         else
             throw 27061;
-        if (lstrcmpiW(m_strHelpFilePath.c_str(), file.c_str()) != 0) m_strHelpFilePath = file;
+        if (lstrcmpiW(m_strHelpFilePath.c_str(), file.c_str()) != 0) {
+            try {
+                m_strHelpFilePath = file;
+            } catch (...) {
+                throw 27057;
+            }
+        }
     } catch (int n) {
         number = n;
     } catch (...) {

@@ -89,12 +89,12 @@ void KYjlpApp::EstablishRegistrar() {
         classic ? KYjutlRegistrar::kModeClassic : KYjutlRegistrar::kModeStandard, domain.c_str(),
         user.c_str(), &m_astrGroups);
     if (!m_pRegistrar) throw 27219;
-    m_pRegistrar->Initialize(m_hResourceLibrary.get(), nullptr, nullptr, nullptr);
     m_pRegistrar->m_hInstance = m_hResourceLibrary.get();
 }
 
-// Step 12: shell use reads the user's preferences, first restoring or
-// discarding the store as the preference-set option asks.
+// Step 12: shell use makes the registrar's full start-up read (catalogue,
+// preferences, close option), first restoring or discarding the preference
+// store as the preference-set option asks.
 bool KYjlpApp::ReadPreferencesAtStart() {
     if (m_pCmdLine && !m_pCmdLine->m_strPreferenceSet.empty()) {
         m_pRegistrar->m_pszRestoreFile = m_pCmdLine->m_strPreferenceSet.c_str();
@@ -103,7 +103,7 @@ bool KYjlpApp::ReadPreferencesAtStart() {
         m_pRegistrar->m_pszRestoreFile = nullptr;
         m_pRegistrar->m_bKeepPreferences = false;
     }
-    bool ready = m_pRegistrar->ObtainPreferences();
+    bool ready = m_pRegistrar->Initialize(m_hResourceLibrary.get(), nullptr, nullptr, nullptr);
     // Later reads and writes go to the ordinary store, whatever the option said.
     m_pRegistrar->m_bKeepPreferences = true;
     m_pRegistrar->m_pszRestoreFile = nullptr;
@@ -128,12 +128,15 @@ bool KYjlpApp::ReadCatalogueAtStart() {
 // Steps 15 to 17: document template and the command line's shell command.
 bool KYjlpApp::InitDocument(int& pending) {
     (void)pending;
-    auto docTemplate = std::make_unique<fw::DocTemplate>(fw::DocTemplateArgs{
-        .resourceId = kFrameResourceId,
-        .makeDocument = [] { return std::make_unique<KYjlpDoc>(); },
-        .makeFrame = [] { return std::make_unique<KYjlpFrameMain>(); },
-        .makeView = [] { return std::make_unique<KYjlpViewList>(); }});
-    AddDocTemplate(std::move(docTemplate));
+    try {
+        AddDocTemplate(std::make_unique<fw::DocTemplate>(fw::DocTemplateArgs{
+            .resourceId = kFrameResourceId,
+            .makeDocument = [] { return std::make_unique<KYjlpDoc>(); },
+            .makeFrame = [] { return std::make_unique<KYjlpFrameMain>(); },
+            .makeView = [] { return std::make_unique<KYjlpViewList>(); }}));
+    } catch (...) {
+        throw 27065;
+    }
     m_nCmdShow = SW_HIDE;
     bool result = ProcessCommandLine();
     if (!result && m_pStatus && !m_pStatus->IsClean())
@@ -174,7 +177,11 @@ bool KYjlpApp::InitInstance() {
         result = false;
         if (pending == 0) pending = 27027;
     }
-    FinishInitInstance(result, pending, m_nRegistrarError2, m_nRegistrarError3);
+    try {
+        FinishInitInstance(result, pending, m_nRegistrarError2, m_nRegistrarError3);
+    } catch (...) {
+        result = false;  // the report itself failed: nothing more can be told
+    }
     return result;
 }
 

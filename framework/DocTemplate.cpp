@@ -26,6 +26,15 @@ bool DocTemplate::CreateFrameAndView() {
     return true;
 }
 
+void DocTemplate::DestroyFrameAndView() {
+    WinApp* app = WinApp::Current();
+    if (app && app->MainWindow() == m_frame.get()) app->SetMainWindow(nullptr);
+    if (m_frame && *m_frame) m_frame->Destroy();
+    if (m_view && m_document) m_document->RemoveView(m_view.get());
+    m_view.reset();
+    m_frame.reset();
+}
+
 Document* DocTemplate::OpenDocumentFile(const wchar_t* path, bool makeVisible) {
     if (!m_document) {
         if (!m_args.makeDocument) return nullptr;
@@ -33,9 +42,14 @@ Document* DocTemplate::OpenDocumentFile(const wchar_t* path, bool makeVisible) {
         if (!m_document) return nullptr;
         m_document->SetTemplate(this);
     }
-    if (!CreateFrameAndView()) return nullptr;
-    bool ok = path ? m_document->OnOpenDocument(path) : m_document->OnNewDocument();
-    if (!ok) return nullptr;
+    const bool frameExisted = m_frame && *m_frame;
+    if (!CreateFrameAndView() ||
+        !(path ? m_document->OnOpenDocument(path) : m_document->OnNewDocument())) {
+        // A frame made for a document that could not be built goes again: no
+        // empty window is left standing as the main window.
+        if (!frameExisted) DestroyFrameAndView();
+        return nullptr;
+    }
     m_frame->InitialUpdateFrame(m_document.get(), makeVisible);
     return m_document.get();
 }

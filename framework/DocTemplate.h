@@ -32,6 +32,7 @@ public:
 
 private:
     bool CreateFrameAndView();
+    void DestroyFrameAndView();
 
     DocTemplateArgs m_args;
     // Teardown order matters: the view's window dies with the frame's, then the

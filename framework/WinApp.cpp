@@ -107,8 +107,14 @@ int RunApplication(int showCommand) {
     INITCOMMONCONTROLSEX icc{sizeof icc, ICC_LISTVIEW_CLASSES | ICC_BAR_CLASSES | ICC_STANDARD_CLASSES};
     ::InitCommonControlsEx(&icc);
     app->m_nCmdShow = showCommand;
-    if (!app->InitInstance()) return app->ExitInstance();
-    return app->Run();
+    try {
+        if (!app->InitInstance()) return app->ExitInstance();
+        return app->Run();
+    } catch (...) {
+        // The application reports its own failures; one that escaped it still
+        // ends the program in order rather than through the runtime's abort.
+        return -1;
+    }
 }
 
 }  // namespace fw

@@ -2,6 +2,7 @@
 
 #include "app/KYjlpApp.h"
 #include "brander/KYpbr.h"
+#include "foundation/KYstdPgmStat.h"
 #include "framework/ResourceModule.h"
 #include "monitor/KYbpm.h"
 
@@ -32,6 +33,11 @@ void KYjlpFrameMain::OnClose() {
     if (KYjlpApp* app = TheApp()) {
         app->m_bWatching = false;
         app->CloseWinHelp();
+        // A store that could not be written is told: the user's settings are
+        // not silently lost.
+        if (!app->SavePreferences() && app->m_pMonitor && app->m_pStatus &&
+            !app->m_pMonitor->respondToSituation(static_cast<int>(app->m_pStatus->FirstSituation()), 0))
+            app->m_pMonitor->forgetSituation();
     }
     fw::FrameWnd::OnClose();
 }

@@ -20,8 +20,9 @@ public:
     void OnDocOnly(UINT) { g_calls.push_back("doc only"); }
     bool OnNewDocument() override {
         g_calls.push_back("new document");
-        return true;
+        return !g_failNewDocument;
     }
+    static inline bool g_failNewDocument = false;
 
 private:
     static constexpr fw::CommandEntry<TestDoc> kMap[] = {
@@ -56,6 +57,7 @@ class Framework : public ::testing::Test {
 protected:
     void SetUp() override {
         g_calls.clear();
+        TestDoc::g_failNewDocument = false;
         app.m_nCmdShow = SW_HIDE;
         app.AddDocTemplate(std::make_unique<fw::DocTemplate>(fw::DocTemplateArgs{
             .resourceId = 1,
@@ -76,6 +78,18 @@ TEST_F(Framework, NewFileMakesDocumentFrameAndViewWithTheFrameAsMainWindow) {
     ASSERT_EQ(t.GetDocument()->Views().size(), 1u);
     EXPECT_EQ(t.GetFrame()->ActiveView()->GetDocument(), t.GetDocument());
     EXPECT_EQ(g_calls, std::vector<std::string>{"new document"});
+}
+
+TEST_F(Framework, ADocumentThatCannotBeBuiltLeavesNoWindow) {
+    TestDoc::g_failNewDocument = true;
+    EXPECT_EQ(app.OpenDocumentFile(nullptr), nullptr);
+    EXPECT_EQ(app.MainWindow(), nullptr);
+    EXPECT_EQ(app.Templates().front()->GetFrame(), nullptr);
+    MSG msg;
+    EXPECT_FALSE(PeekMessageW(&msg, nullptr, WM_QUIT, WM_QUIT, PM_REMOVE)) << "no quit for a frame never shown";
+    TestDoc::g_failNewDocument = false;
+    EXPECT_NE(app.OpenDocumentFile(nullptr), nullptr) << "a later try builds afresh";
+    EXPECT_NE(app.MainWindow(), nullptr);
 }
 
 TEST_F(Framework, CommandsGoToTheViewFirstThenTheDocument) {

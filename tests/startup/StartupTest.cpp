@@ -56,6 +56,10 @@ TEST_F(Startup, StandaloneRunLogsBesideThePrograms) {
     if (find != INVALID_HANDLE_VALUE) FindClose(find);
     program.CloseWindows();
     EXPECT_EQ(program.Wait(kLimit), 0u);
+    DWORD shown = 0;
+    EXPECT_TRUE(GetDword(HKEY_CURRENT_USER, std::wstring(kPreferencesKey) + L"\\Settings\\Standard",
+                         L"WinPlaceShowState", shown))
+        << "closing the window saves the user's settings";
 }
 
 TEST_F(Startup, ProgramInARootFolderHasNoPlaceForItsLog) {
