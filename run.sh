@@ -25,6 +25,8 @@ docs="$WINEPREFIX/drive_c/users/Public/Documents"
 mkdir -p "$docs" "$WINEPREFIX/drive_c/LaunchPanel/Log/Templates"
 printf 'Welcome to Launch Panel.\r\nThis document opens with its handler.\r\n' > "$docs/Readme.txt"
 cp "$LP_BUILD_DIR"/bin/Templates/*.html "$WINEPREFIX/drive_c/LaunchPanel/Log/Templates/" 2>/dev/null || true
+# A fresh prefix knows how to open text files but has no .txt association.
+reg add 'HKCR\.txt' /ve /d txtfile /f
 reg delete "$apps" /f
 reg add "$server" /v LogDirectory /t REG_EXPAND_SZ /d "$logdir" /f
 add_app() {  # name exe [options] [directory]
@@ -53,7 +55,7 @@ shot="$LP_BUILD_DIR/run-screenshot.png"
 wine explorer /desktop=LaunchPanel,1024x768 "$exe" "$@" &
 pid=$!
 sleep 10
-import -window root "$shot" 2>/dev/null || xwd -root -silent | convert xwd:- "$shot"
+import -window root -crop 1024x768+0+0 "$shot" 2>/dev/null || xwd -root -silent | convert xwd:- "$shot"
 wineserver -k 2>/dev/null || true
 wait $pid 2>/dev/null || true
 echo "Screenshot: $shot"
