@@ -100,6 +100,7 @@ public:
     // up, or never will, leave the list; the handle of the last one may be taken.
     bool DrainLaunchRequests(uint32_t limitSeconds, int* status, HANDLE* process);
     void OnAppLaunch(UINT id);
+    void OnUpdateAppLaunch(fw::CmdUI& ui);
     void ReportLaunchFailure(const std::wstring& name);
     LaunchRequestList m_listLaunchRequests;
     // --- end of launch use ---

@@ -22,7 +22,8 @@ constexpr DWORD kConsolePauseMs = 5000;
 
 // The application's command table, in its order of search.
 constexpr fw::CommandEntry<KYjlpApp> kAppCommands[] = {
-    {KYjlpApp::kLaunchCommandId, KYjlpApp::kLaunchCommandId, &KYjlpApp::OnAppLaunch, nullptr},
+    {KYjlpApp::kLaunchCommandId, KYjlpApp::kLaunchCommandId, &KYjlpApp::OnAppLaunch,
+     &KYjlpApp::OnUpdateAppLaunch},
 };
 
 struct TextLineDeleter {
@@ -99,12 +100,28 @@ LV_TEXTLINE* PrepareLaunchItem(KYjlpDoc& doc, int command, LAUNCH_INFO& info, Un
 
 // Launch use ends when InitInstance returns: this keeps the process until the
 // started program is up, or the request gives up on it.
+// A pause that still answers messages sent to this thread: a program coming up
+// may send to every top-level window, the hidden frame among them, and must not
+// stall on a program that only sleeps.
+void PauseAnsweringSentMessages(DWORD ms) {
+    const DWORD start = GetTickCount();
+    for (DWORD elapsed = 0; elapsed < ms; elapsed = GetTickCount() - start) {
+        MsgWaitForMultipleObjects(0, nullptr, FALSE, ms - elapsed, QS_SENDMESSAGE);
+        MSG msg;
+        PeekMessageW(&msg, nullptr, 0, 0, PM_NOREMOVE | PM_QS_SENDMESSAGE);
+    }
+}
+
 void WaitForLaunchedProgram(KYjlpApp& app) {
     int status = KYjlpItemLaunchRequest::kUnchecked;
-    while (app.DrainLaunchRequests(KYjlpApp::kLaunchLimitSeconds, &status, nullptr)) Sleep(kDrainPauseMs);
-    if (status == KYjlpItemLaunchRequest::kWaitFailed) Sleep(kConsolePauseMs);
+    while (app.DrainLaunchRequests(KYjlpApp::kLaunchLimitSeconds, &status, nullptr))
+        PauseAnsweringSentMessages(kDrainPauseMs);
+    if (status == KYjlpItemLaunchRequest::kWaitFailed) PauseAnsweringSentMessages(kConsolePauseMs);
 }
 }  // namespace
+
+// The launch command belongs to the command line's launch use; no menu offers it.
+void KYjlpApp::OnUpdateAppLaunch(fw::CmdUI& ui) { ui.Enable(false); }
 
 bool KYjlpApp::OnCmdMsg(UINT id, fw::CmdUI* ui) {
     return Route<KYjlpApp>(this, kAppCommands, id, ui) || fw::WinApp::OnCmdMsg(id, ui);
