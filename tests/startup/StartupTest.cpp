@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/support/ChildProcess.h"
+#include "tools/lpdriver/client/DriverClient.h"
 #include "tests/support/TestSupport.h"
 
 namespace lptest {
@@ -95,15 +96,43 @@ TEST_F(Startup, SecondCopyRunsBesideTheFirst) {
     EXPECT_EQ(second.Wait(kLimit), 0u);
 }
 
+// The next two are observed through the outside driver, as a tester would.
 TEST_F(Startup, UnknownOptionEndsTheRunWithItsNumber) {
     TempDir logs;
     LP_SET_STRING(HKEY_LOCAL_MACHINE, kServerKey, L"LogDirectory", logs.path(), REG_EXPAND_SZ);
-    ChildProcess program(BinDir() + L"LaunchPanel.exe", L"/frobnicate");
-    MessageBoxInfo box;
-    ASSERT_TRUE(program.WaitForMessageBox(kLimit, box));
-    EXPECT_EQ(box.text, L"Internal Error 1.148\nThe command line has an option that Launch Panel does not know.");
-    PressButton(box.hwnd, IDOK);
-    EXPECT_EQ(program.Wait(kLimit), 0u);
+    lpdriver::DriverClient driver;
+    auto started = driver.Run({L"start", BinDir() + L"LaunchPanel.exe", L"/frobnicate"});
+    ASSERT_EQ(started.exitCode, 0u) << Narrow(started.Text());
+    const std::wstring pid = started.Value(L"pid");
+    auto box = driver.Run({L"msgbox", pid, L"30000"});
+    ASSERT_EQ(box.exitCode, 0u) << Narrow(box.Text());
+    EXPECT_EQ(box.Value(L"text"),
+              L"Internal Error 1.148\nThe command line has an option that Launch Panel does not know.");
+    EXPECT_EQ(driver.Run({L"press", pid, L"OK", L"30000"}).exitCode, 0u);
+    auto ended = driver.Run({L"wait", pid, L"30000"});
+    EXPECT_EQ(ended.Value(L"exit"), L"0");
+}
+
+TEST_F(Startup, LaunchUseShowsNoWindowEvenWithTheClassicOption) {
+    TempDir logs;
+    LP_SET_STRING(HKEY_LOCAL_MACHINE, kServerKey, L"LogDirectory", logs.path(), REG_EXPAND_SZ);
+    const std::wstring record = logs.path() + L"target.txt";
+    SetEnvironmentVariableW(L"LP_TARGET_RECORD", record.c_str());
+    SetEnvironmentVariableW(L"LP_TARGET_LIFETIME_MS", L"500");
+    lpdriver::DriverClient driver;
+    auto started = driver.Run({L"start", BinDir() + L"LaunchPanel.exe", L"/classic", L"/launch",
+                               BinDir() + L"LaunchTarget.exe"});
+    SetEnvironmentVariableW(L"LP_TARGET_RECORD", nullptr);
+    SetEnvironmentVariableW(L"LP_TARGET_LIFETIME_MS", nullptr);
+    ASSERT_EQ(started.exitCode, 0u) << Narrow(started.Text());
+    const std::wstring pid = started.Value(L"pid");
+    for (;;) {
+        auto windows = driver.Run({L"windows", pid, L"--visible"});
+        if (windows.exitCode != 0) break;  // the program has ended
+        EXPECT_EQ(windows.Value(L"count"), L"0") << Narrow(windows.Text());
+        if (driver.Run({L"wait", pid, L"200"}).exitCode == 0) break;
+    }
+    EXPECT_TRUE(FileExists(record)) << "the program was launched";
 }
 
 }  // namespace

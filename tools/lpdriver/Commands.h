@@ -1,0 +1,25 @@
+// The driver's commands. Each takes the words after its name, writes its answer
+// and returns the exit code; a failure leaves by DriverFailure.
+#pragma once
+#include "tools/lpdriver/OutputWriter.h"
+#include <string>
+#include <vector>
+
+namespace lpdriver {
+
+using Words = std::vector<std::wstring>;
+
+int RunStart(const Words& words, OutputWriter& out);
+int RunWait(const Words& words, OutputWriter& out);
+int RunWindows(const Words& words, OutputWriter& out);
+int RunFindWindow(const Words& words, OutputWriter& out);
+int RunControls(const Words& words, OutputWriter& out);
+int RunCommand(const Words& words, OutputWriter& out);
+int RunClose(const Words& words, OutputWriter& out);
+int RunMessageBox(const Words& words, OutputWriter& out);
+int RunPress(const Words& words, OutputWriter& out);
+int RunListView(const Words& words, OutputWriter& out);
+int RunStatusBar(const Words& words, OutputWriter& out);
+int RunScreenshot(const Words& words, OutputWriter& out);
+
+}  // namespace lpdriver

@@ -1,0 +1,68 @@
+#include "tools/lpdriver/DialogReader.h"
+#include "tools/lpdriver/DriverFailure.h"
+#include "tools/lpdriver/ProcessWindows.h"
+#include <cwctype>
+
+namespace lpdriver {
+
+namespace {
+
+std::wstring Plain(const std::wstring& text) {
+    std::wstring plain;
+    for (const wchar_t c : text)
+        if (c != L'&') plain += static_cast<wchar_t>(std::towlower(c));
+    return plain;
+}
+
+bool IsNumber(const std::wstring& word) {
+    if (word.empty()) return false;
+    for (const wchar_t c : word)
+        if (c < L'0' || c > L'9') return false;
+    return true;
+}
+
+}  // namespace
+
+HWND DialogReader::FindVisible(DWORD processId, const std::optional<std::wstring>& caption) {
+    for (HWND window : ProcessWindows::TopLevel(processId)) {
+        if (!::IsWindowVisible(window) || ProcessWindows::ClassOf(window) != kDialogClass) continue;
+        if (caption && ProcessWindows::TextOf(window) != *caption) continue;
+        return window;
+    }
+    return nullptr;
+}
+
+std::wstring DialogReader::MessageText(HWND dialog) {
+    const HWND text = ::GetDlgItem(dialog, kMessageTextId);
+    return text ? ProcessWindows::TextOf(text) : std::wstring();
+}
+
+std::vector<DialogButton> DialogReader::Buttons(HWND dialog) {
+    std::vector<DialogButton> buttons;
+    for (HWND child : ProcessWindows::Descendants(dialog)) {
+        if (!::IsWindowVisible(child) || ::lstrcmpiW(ProcessWindows::ClassOf(child).c_str(), L"Button") != 0)
+            continue;
+        buttons.push_back({child, ::GetDlgCtrlID(child), ProcessWindows::TextOf(child),
+                           ::IsWindowEnabled(child) != FALSE});
+    }
+    return buttons;
+}
+
+std::optional<DialogButton> DialogReader::Choose(const std::vector<DialogButton>& buttons,
+                                                 const std::wstring& word) {
+    const bool byId = IsNumber(word);
+    const std::wstring wanted = Plain(word);
+    for (const DialogButton& button : buttons) {
+        if (byId ? std::to_wstring(button.id) == word : Plain(button.text) == wanted) return button;
+    }
+    return std::nullopt;
+}
+
+void DialogReader::Press(HWND dialog, const DialogButton& button, bool click) {
+    const BOOL posted = click ? ::PostMessageW(button.window, BM_CLICK, 0, 0)
+                              : ::PostMessageW(dialog, WM_COMMAND, MAKEWPARAM(button.id, BN_CLICKED),
+                                               reinterpret_cast<LPARAM>(button.window));
+    if (!posted) ThrowWin32(L"PostMessageW");
+}
+
+}  // namespace lpdriver

@@ -1,0 +1,37 @@
+// A dialog box of another process, message boxes above all: finding it, reading
+// its caption, text and buttons, and pressing one of them.
+#pragma once
+#include <windows.h>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace lpdriver {
+
+struct DialogButton {
+    HWND window = nullptr;
+    int id = 0;
+    std::wstring text;
+    bool enabled = false;
+};
+
+class DialogReader {
+public:
+    static constexpr const wchar_t* kDialogClass = L"#32770";
+    // The static control that carries a message box's text.
+    static constexpr int kMessageTextId = 0xFFFF;
+
+    // The first visible dialog of the process in Z order (the newest modal one
+    // stands on top), with that caption when one is given; null when none shows.
+    static HWND FindVisible(DWORD processId, const std::optional<std::wstring>& caption);
+    static std::wstring MessageText(HWND dialog);
+    // The visible buttons: a message box also holds hidden ones for the kinds it does not show.
+    static std::vector<DialogButton> Buttons(HWND dialog);
+    // A button named by its id, or by its text compared without '&' and case.
+    static std::optional<DialogButton> Choose(const std::vector<DialogButton>& buttons,
+                                              const std::wstring& word);
+    // Posted, so that a press which opens the next modal box does not hold the driver.
+    static void Press(HWND dialog, const DialogButton& button, bool click);
+};
+
+}  // namespace lpdriver
