@@ -6,6 +6,7 @@
 #include <sstream>
 
 #include "foundation/UniqueHandle.h"
+#include "tests/support/ChildProcess.h"
 
 namespace lptest {
 
@@ -190,23 +191,10 @@ std::wstring BinDir() {
 RunResult RunProgram(const std::wstring& exe, const std::wstring& arguments, DWORD timeoutMs,
                      const std::wstring& directory) {
     RunResult result;
-    std::wstring line = L"\"" + exe + L"\"";
-    if (!arguments.empty()) line += L" " + arguments;
-    STARTUPINFOW si{};
-    si.cb = sizeof si;
-    PROCESS_INFORMATION pi{};
-    if (!CreateProcessW(exe.c_str(), line.data(), nullptr, nullptr, FALSE, 0, nullptr,
-                        directory.empty() ? nullptr : directory.c_str(), &si, &pi))
-        return result;
-    ky::UniqueHandle process(pi.hProcess), thread(pi.hThread);
-    result.started = true;
-    if (WaitForSingleObject(process.get(), timeoutMs) == WAIT_OBJECT_0) {
-        result.finished = true;
-        GetExitCodeProcess(process.get(), &result.exitCode);
-    } else {
-        TerminateProcess(process.get(), 0xDEAD);
-        WaitForSingleObject(process.get(), 5000);
-    }
+    ChildProcess program(exe, arguments, directory);  // ended at the limit by its destructor
+    result.started = program.started();
+    result.exitCode = program.Wait(timeoutMs);
+    result.finished = result.started && result.exitCode != STILL_ACTIVE;
     return result;
 }
 

@@ -4,29 +4,11 @@
 #include "tools/lpdriver/Commands.h"
 #include "tools/lpdriver/DriverFailure.h"
 #include "tools/lpdriver/ProcessWindows.h"
+#include "tools/lpdriver/QuoteArgument.h"
 
 namespace lpdriver {
 
 namespace {
-
-// One word of a command line, quoted so that the C runtime of the started
-// program splits it back into the same word (backslashes double before quotes).
-std::wstring QuoteArgument(const std::wstring& word) {
-    if (!word.empty() && word.find_first_of(L" \t\n\v\"") == std::wstring::npos) return word;
-    std::wstring quoted = L"\"";
-    size_t backslashes = 0;
-    for (const wchar_t c : word) {
-        if (c == L'\\') {
-            ++backslashes;
-            continue;
-        }
-        quoted.append(c == L'"' ? backslashes * 2 + 1 : backslashes, L'\\');
-        backslashes = 0;
-        quoted += c;
-    }
-    quoted.append(backslashes * 2, L'\\');
-    return quoted + L"\"";
-}
 
 // Waits for the end of the process; prints exit= or timeout=1 (and killed=1).
 int AwaitEnd(HANDLE process, DWORD limitMs, bool killOnTimeout, OutputWriter& out) {

@@ -1,5 +1,7 @@
 #include "tools/lpdriver/client/DriverClient.h"
+
 #include "foundation/UniqueHandle.h"
+#include "tools/lpdriver/QuoteArgument.h"
 #include <cstdio>
 
 namespace lpdriver {
@@ -169,22 +171,7 @@ std::wstring DriverClient::Unescape(const std::wstring& text) {
     return plain;
 }
 
-std::wstring DriverClient::Quote(const std::wstring& word) {
-    if (!word.empty() && word.find_first_of(L" \t\n\v\"") == std::wstring::npos) return word;
-    std::wstring quoted = L"\"";
-    size_t backslashes = 0;
-    for (const wchar_t c : word) {
-        if (c == L'\\') {
-            ++backslashes;
-            continue;
-        }
-        quoted.append(c == L'"' ? backslashes * 2 + 1 : backslashes, L'\\');
-        backslashes = 0;
-        quoted += c;
-    }
-    quoted.append(backslashes * 2, L'\\');
-    return quoted + L"\"";
-}
+std::wstring DriverClient::Quote(const std::wstring& word) { return QuoteArgument(word); }
 
 std::wstring DriverClient::WindowText(HWND window) {
     wchar_t text[24];
