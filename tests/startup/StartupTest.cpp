@@ -1,6 +1,7 @@
 // LaunchPanel.exe observed from outside: its boxes, its windows, its log.
 #include <gtest/gtest.h>
 
+#include "tests/launch/LogRows.h"
 #include "tests/support/ChildProcess.h"
 #include "tools/lpdriver/client/DriverClient.h"
 #include "tests/support/TestSupport.h"
@@ -94,6 +95,19 @@ TEST_F(Startup, SecondCopyRunsBesideTheFirst) {
     second.CloseWindows();
     EXPECT_EQ(first.Wait(kLimit), 0u);
     EXPECT_EQ(second.Wait(kLimit), 0u);
+}
+
+TEST_F(Startup, UnreadableCatalogueEndsTheStartWithItsSituationInTheLog) {
+    TempDir logs;
+    LP_SET_STRING(HKEY_LOCAL_MACHINE, kServerKey, L"LogDirectory", logs.path(), REG_EXPAND_SZ);
+    LP_SET_STRING(HKEY_LOCAL_MACHINE, std::wstring(kCatalogueKey) + L"\\A First", L"ExePath", L"C:\\a.exe");
+    LP_SET_STRING(HKEY_LOCAL_MACHINE, std::wstring(kCatalogueKey) + L"\\B Second", L"IconPath", L"C:\\b.ico");
+    ChildProcess program(BinDir() + L"LaunchPanel.exe", L"");
+    EXPECT_EQ(program.Wait(kLimit), 0u);
+    EXPECT_TRUE(TopWindowsOf(program.pid(), kFrameClass, false).empty()) << "no window without a catalogue";
+    auto rows = RowsOf(ReadLogRows(logs.path()), 27259);
+    ASSERT_EQ(rows.size(), 1u) << "the entry without ExePath fails the read";
+    EXPECT_EQ(rows[0].uints, (std::vector<long long>{ERROR_FILE_NOT_FOUND, 2})) << "the error and the entry's number";
 }
 
 // The next two are observed through the outside driver, as a tester would.
