@@ -8,7 +8,6 @@
 #include "brander/KYpbr.h"
 #include "document/KYjlpDoc.h"
 #include "foundation/KYstdPgmStat.h"
-#include "framework/MessageBox.h"
 #include "framework/ResourceModule.h"
 #include "monitor/KYbpm.h"
 #include "registrar/KYjutlRegistrar.h"
