@@ -199,7 +199,7 @@ void KYjlpApp::FinishInitInstance(bool& result, int pending, int second, int ind
         // shown unless the monitor runs unattended.
         m_pMonitor->recordSituationID(pending);
         if (second) m_pMonitor->recordArgument(static_cast<uint32_t>(second));
-        if (index != -1) m_pMonitor->recordArgument(static_cast<uint32_t>(index));
+        if (index != -1) m_pMonitor->recordArgument(static_cast<int32_t>(index));
         m_pMonitor->respondToSituation();
         m_pMonitor->forgetSituation();
         return;
