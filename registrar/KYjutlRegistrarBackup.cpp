@@ -202,30 +202,35 @@ bool KYjutlRegistrar::BackupPreferences(const wchar_t* fileName) {
 
 uint32_t KYjutlRegistrar::AdjustPrivilege(const wchar_t* privilege, bool enable) {
     uint32_t result = 0;
+    DWORD error = 0;  // the system's reason, for the detail field of the caller's report
     ky::UniqueHandle token;
     try {
         SetLastError(0);
         if (!OpenThreadToken(GetCurrentThread(), TOKEN_ADJUST_PRIVILEGES, FALSE, token.put()) &&
             (GetLastError() != ERROR_NO_TOKEN ||
              !OpenProcessToken(GetCurrentProcess(), TOKEN_ADJUST_PRIVILEGES, token.put()))) {
+            error = GetLastError();
             result = 5;
         } else {
             TOKEN_PRIVILEGES change{};
             change.PrivilegeCount = 1;
             change.Privileges[0].Attributes = enable ? SE_PRIVILEGE_ENABLED : 0;
             if (!LookupPrivilegeValueW(nullptr, privilege, &change.Privileges[0].Luid)) {
+                error = GetLastError();
                 result = 4;
             } else {
                 // The call's result says nothing about a privilege the token lacks
                 // (ERROR_NOT_ALL_ASSIGNED): the last error does.
                 AdjustTokenPrivileges(token.get(), FALSE, &change, 0, nullptr, nullptr);
-                if (GetLastError() != ERROR_SUCCESS) result = 2;
+                error = GetLastError();
+                if (error != ERROR_SUCCESS) result = 2;
             }
         }
     } catch (...) {
         result = 1;
     }
     if (!CloseTelling(token) && result == 0) result = 3;
+    if (result != 0 && m_uErrorDetail == 0) m_uErrorDetail = error;
     return result;
 }
 
