@@ -96,8 +96,7 @@ int ObtainGroupNames(HMODULE resources, std::vector<std::wstring>& groups, bool&
     } catch (...) {
         situation = kUnexpected;
     }
-    HANDLE raw = token.release();
-    if (raw && !CloseHandle(raw) && situation == 0) situation = kTokenNotClosed;
+    if (!ky::CloseTelling(token) && situation == 0) situation = kTokenNotClosed;
     if (situation != 0) groups.clear();
     return situation;
 }

@@ -54,7 +54,7 @@ KYjlpItemLaunchRequest::~KYjlpItemLaunchRequest() { Reset(1, kResetSituation | k
 bool KYjlpItemLaunchRequest::ReleaseResources() {
     bool ok = true;
     pszName.reset();
-    if (HANDLE process = hProcess.release()) ok = CloseHandle(process) != FALSE;
+    ok = ky::CloseTelling(hProcess);
     return ok;
 }
 

@@ -28,13 +28,11 @@ bool MeasureOnce(Sample& sample) {
     sample.msToWindow = 1000.0 * static_cast<double>(shown.QuadPart - start.QuadPart) /
                         static_cast<double>(frequency.QuadPart);
     Sleep(500);  // idle work settles before memory is read
-    HANDLE process = OpenProcess(PROCESS_QUERY_INFORMATION | PROCESS_VM_READ, FALSE, program.pid());
+    ky::UniqueHandle process(OpenProcess(PROCESS_QUERY_INFORMATION | PROCESS_VM_READ, FALSE, program.pid()));
     PROCESS_MEMORY_COUNTERS_EX counters{};
     counters.cb = sizeof counters;
-    if (process) {
-        GetProcessMemoryInfo(process, reinterpret_cast<PROCESS_MEMORY_COUNTERS*>(&counters), sizeof counters);
-        CloseHandle(process);
-    }
+    if (process)
+        GetProcessMemoryInfo(process.get(), reinterpret_cast<PROCESS_MEMORY_COUNTERS*>(&counters), sizeof counters);
     sample.workingSet = counters.WorkingSetSize;
     sample.committed = counters.PagefileUsage;  // PrivateUsage reads 0 under Wine
     program.CloseWindows();

@@ -63,4 +63,15 @@ using UniqueHBrush = UniqueAny<HBRUSH, detail::CloseGdi>;
 using UniqueHModule = UniqueAny<HMODULE, detail::CloseModule>;
 using UniqueHLocal = UniqueAny<HLOCAL, detail::CloseLocal>;
 
+// Closes now and tells how it went, for the places where a failed close is
+// itself reported. The wrapper is empty afterwards either way.
+inline bool CloseTelling(UniqueHandle& handle) noexcept {
+    HANDLE raw = handle.release();
+    return !raw || ::CloseHandle(raw);
+}
+inline LONG CloseTelling(UniqueHKey& key) noexcept {
+    HKEY raw = key.release();
+    return raw ? ::RegCloseKey(raw) : ERROR_SUCCESS;
+}
+
 }  // namespace ky

@@ -1,5 +1,6 @@
 #include "framework/FrameWnd.h"
 
+#include "foundation/UniqueHandle.h"
 #include "framework/Document.h"
 #include "framework/ResourceModule.h"
 #include "framework/View.h"
@@ -12,13 +13,14 @@ const wchar_t kFrameClass[] = L"LaunchPanelFrame";
 }
 
 bool FrameWnd::LoadFrame(UINT resourceId, DWORD style) {
-    HMENU menu = ::LoadMenuW(ResourceModule(), MAKEINTRESOURCEW(resourceId));
+    // The window owns the menu once it stands; until then the menu is ours.
+    ky::UniqueHMenu menu(::LoadMenuW(ResourceModule(), MAKEINTRESOURCEW(resourceId)));
     WinApp* app = WinApp::Current();
     bool ok = Create({.className = kFrameClass,
                       .title = app ? app->AppName() : L"",
                       .style = style,
-                      .menuOrId = menu});
-    if (!ok && menu) ::DestroyMenu(menu);
+                      .menuOrId = menu.get()});
+    if (ok) menu.release();
     return ok;
 }
 

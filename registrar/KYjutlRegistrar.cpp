@@ -80,10 +80,7 @@ bool KYjutlRegistrar::Tolerate(std::initializer_list<uint32_t> tolerated) noexce
     return true;
 }
 
-LONG KYjutlRegistrar::CloseKey(ky::UniqueHKey& key) noexcept {
-    HKEY handle = key.release();
-    return handle ? RegCloseKey(handle) : ERROR_SUCCESS;
-}
+LONG KYjutlRegistrar::CloseKey(ky::UniqueHKey& key) noexcept { return ky::CloseTelling(key); }
 
 bool KYjutlRegistrar::TerminateText(wchar_t* buffer, DWORD bytes, DWORD capacity) noexcept {
     DWORD chars = bytes / sizeof(wchar_t);

@@ -25,11 +25,6 @@ RegDeleteKeyExFn DeleteKeyEx() {
     return function;
 }
 
-// Closes a kernel handle and tells whether that worked.
-bool CloseTelling(ky::UniqueHandle& handle) noexcept {
-    HANDLE raw = handle.release();
-    return !raw || CloseHandle(raw);
-}
 
 }  // namespace
 
@@ -229,7 +224,7 @@ uint32_t KYjutlRegistrar::AdjustPrivilege(const wchar_t* privilege, bool enable)
     } catch (...) {
         result = 1;
     }
-    if (!CloseTelling(token) && result == 0) result = 3;
+    if (!ky::CloseTelling(token) && result == 0) result = 3;
     if (result != 0 && m_uErrorDetail == 0) m_uErrorDetail = error;
     return result;
 }

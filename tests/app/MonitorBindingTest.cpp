@@ -111,13 +111,11 @@ TEST_F(MonitorBinding, MonitorStandsWithItsLogMadeFromTheTemplate) {
     EXPECT_TRUE(m_app->GetTagText(title, 7));
     EXPECT_EQ(title, L"Launch Panel");
 
-    WIN32_FIND_DATAW found;
-    HANDLE find = FindFirstFileW((m_logs->path() + L"*_app_tests_*.html").c_str(), &found);
-    ASSERT_NE(find, INVALID_HANDLE_VALUE) << "no log file in " << Narrow(m_logs->path());
-    FindClose(find);
+    const std::wstring logName = FirstMatch(m_logs->path() + L"*_app_tests_*.html");
+    ASSERT_FALSE(logName.empty()) << "no log file in " << Narrow(m_logs->path());
     m_app->m_pMonitor->respondToSituation(27744, 0, L"SOFTWARE\\Test", L"WLE5");
     m_app->m_pMonitor->forgetSituation();
-    std::string log = ReadFile(m_logs->path() + found.cFileName);
+    std::string log = ReadFile(m_logs->path() + logName);
     EXPECT_NE(log.find("data-number=\"27744\""), std::string::npos);
     EXPECT_NE(log.find("SOFTWARE\\Test"), std::string::npos);
 }

@@ -44,12 +44,11 @@ TEST_F(LastResort, CodeLineTakesItsFirstFieldFromTheVersionData) {
 }
 
 TEST_F(LastResort, WithoutAFirstFieldTheCodeLineShowsZeros) {
-    HMODULE library = LoadLibraryW((BinDir() + L"lp_noprefix.dll").c_str());
-    ASSERT_NE(library, nullptr);
-    fw::SetResourceModule(library);
+    ky::UniqueHModule library(LoadLibraryW((BinDir() + L"lp_noprefix.dll").c_str()));
+    ASSERT_TRUE(library);
+    fw::SetResourceModule(library.get());
     MessageBoxInfo box = ShowAndRead([&] { return m_app->ReportStartupFailure(27708, nullptr, MB_OK); });
     fw::SetResourceModule(nullptr);
-    FreeLibrary(library);
     EXPECT_EQ(box.text, L"Internal Error 000.708\nRejected program monitor log directory specifier as root only.");
 }
 

@@ -2,6 +2,7 @@
 
 #include <windows.h>
 
+#include "foundation/UniqueHandle.h"
 #include "tests/support/TestSupport.h"
 
 namespace lptest {
@@ -70,15 +71,14 @@ std::vector<LogRow> ReadLogRows(const std::wstring& directory) {
     std::wstring newest;
     FILETIME newestTime{};
     WIN32_FIND_DATAW found{};
-    HANDLE find = FindFirstFileW((directory + L"*.html").c_str(), &found);
-    if (find != INVALID_HANDLE_VALUE) {
+    ky::UniqueFind find(FindFirstFileW((directory + L"*.html").c_str(), &found));
+    if (find) {
         do {
             if (newest.empty() || CompareFileTime(&found.ftLastWriteTime, &newestTime) > 0) {
                 newest = found.cFileName;
                 newestTime = found.ftLastWriteTime;
             }
-        } while (FindNextFileW(find, &found));
-        FindClose(find);
+        } while (FindNextFileW(find.get(), &found));
     }
     std::vector<LogRow> rows;
     if (newest.empty()) return rows;

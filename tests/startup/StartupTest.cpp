@@ -52,10 +52,7 @@ TEST_F(Startup, StandaloneRunLogsBesideThePrograms) {
     std::wstring stored;
     ASSERT_TRUE(GetString(HKEY_LOCAL_MACHINE, kServerKey, L"LogDirectory", stored));
     EXPECT_EQ(stored, m_dir.path() + L"Log\\");
-    WIN32_FIND_DATAW found;
-    HANDLE find = FindFirstFileW((m_dir.path() + L"Log\\*_LaunchPanel_*.html").c_str(), &found);
-    EXPECT_NE(find, INVALID_HANDLE_VALUE) << "the run's log file";
-    if (find != INVALID_HANDLE_VALUE) FindClose(find);
+    EXPECT_FALSE(FirstMatch(m_dir.path() + L"Log\\*_LaunchPanel_*.html").empty()) << "the run's log file";
     program.CloseWindows();
     EXPECT_EQ(program.Wait(kLimit), 0u);
     DWORD shown = 0;

@@ -177,6 +177,12 @@ bool FileExists(const std::wstring& path) {
     return GetFileAttributesW(path.c_str()) != INVALID_FILE_ATTRIBUTES;
 }
 
+std::wstring FirstMatch(const std::wstring& pattern) {
+    WIN32_FIND_DATAW found;
+    ky::UniqueFind find(FindFirstFileW(pattern.c_str(), &found));
+    return find ? std::wstring(found.cFileName) : std::wstring();
+}
+
 bool CopyFileTo(const std::wstring& from, const std::wstring& to) {
     return CopyFileW(from.c_str(), to.c_str(), FALSE) != FALSE;
 }

@@ -52,6 +52,8 @@ void RemoveTree(const std::wstring& dir);
 void WriteFile(const char* file, int line, const std::wstring& path, const std::string& content);
 std::string ReadFile(const std::wstring& path);
 bool FileExists(const std::wstring& path);
+// The name of the first file that matches a pattern such as L"C:\\logs\\*.html"; empty when none.
+std::wstring FirstMatch(const std::wstring& pattern);
 bool CopyFileTo(const std::wstring& from, const std::wstring& to);
 #define LP_WRITE_FILE(...) ::lptest::WriteFile(__FILE__, __LINE__, __VA_ARGS__)
 
