@@ -67,7 +67,14 @@ bool WinApp::PumpMessage() {
 }
 
 bool WinApp::PreTranslateMessage(MSG& msg) {
-    (void)msg;
+    // From the window the message is for up to the main window: the innermost
+    // of our windows that wants it takes it (a view before its frame).
+    HWND stop = m_pMainWnd ? m_pMainWnd->Handle() : nullptr;
+    for (HWND hwnd = msg.hwnd; hwnd; hwnd = ::GetParent(hwnd)) {
+        if (WindowImpl* window = WindowImpl::FromHandle(hwnd); window && window->PreTranslateMessage(msg))
+            return true;
+        if (hwnd == stop) break;
+    }
     return false;
 }
 

@@ -49,6 +49,14 @@ bool WindowImpl::Subclass(HWND hwnd) {
     return m_originalProc != nullptr;
 }
 
+WindowImpl* WindowImpl::FromHandle(HWND hwnd) noexcept {
+    if (!hwnd) return nullptr;
+    if (auto* subclassed = static_cast<WindowImpl*>(::GetPropW(hwnd, kThisProperty))) return subclassed;
+    // The user data of a window is ours only when our procedure runs it.
+    if (reinterpret_cast<WNDPROC>(::GetWindowLongPtrW(hwnd, GWLP_WNDPROC)) != StaticProc) return nullptr;
+    return reinterpret_cast<WindowImpl*>(::GetWindowLongPtrW(hwnd, GWLP_USERDATA));
+}
+
 LRESULT WindowImpl::OnMessage(UINT msg, WPARAM w, LPARAM l) { return DefaultProc(msg, w, l); }
 
 LRESULT WindowImpl::DefaultProc(UINT msg, WPARAM w, LPARAM l) {

@@ -25,6 +25,11 @@ public:
     bool Create(const WindowCreateArgs& args);
     // Takes over an existing control's messages (a control of a system class).
     bool Subclass(HWND hwnd);
+    // The object behind a window of this program, or null for any other window.
+    static WindowImpl* FromHandle(HWND hwnd) noexcept;
+    // A message about to be dispatched to this window or one of its children;
+    // true when it was handled here (an accelerator, a dialog key).
+    virtual bool PreTranslateMessage(MSG& msg) { (void)msg; return false; }
 
 protected:
     // Default: DefWindowProc, or the original procedure of a subclassed control.

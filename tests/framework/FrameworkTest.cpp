@@ -44,6 +44,11 @@ public:
     void OnRange(UINT id) { g_calls.push_back("view range " + std::to_string(id)); }
     void OnUpdateRange(fw::CmdUI& ui) { ui.Enable(ui.m_nID % 2 == 0); }
     void OnUpdateOnly(fw::CmdUI& ui) { ui.SetCheck(1); }
+    bool PreTranslateMessage(MSG& msg) override {
+        if (msg.message != WM_KEYDOWN || msg.wParam != VK_F5) return false;
+        g_calls.push_back("view key");
+        return true;
+    }
 
 private:
     static constexpr fw::CommandEntry<TestView> kMap[] = {
@@ -127,6 +132,20 @@ TEST_F(Framework, WmCommandThroughThePumpReachesTheView) {
     g_calls.clear();
     ASSERT_TRUE(app.PumpMessage());
     EXPECT_EQ(g_calls, std::vector<std::string>{"view range 207"});
+}
+
+TEST_F(Framework, TheViewSeesItsKeysBeforeTheyAreDispatched) {
+    app.OnFileNew();
+    HWND view = app.MainWindow()->ActiveView()->Handle();
+    g_calls.clear();
+    MSG msg{view, WM_KEYDOWN, VK_F5, 0, 0, {}};
+    EXPECT_TRUE(app.PreTranslateMessage(msg));
+    msg.wParam = VK_F6;
+    EXPECT_FALSE(app.PreTranslateMessage(msg)) << "a key nobody wants is dispatched";
+    msg.hwnd = app.MainWindow()->Handle();
+    msg.wParam = VK_F5;
+    EXPECT_FALSE(app.PreTranslateMessage(msg)) << "the frame's own messages do not reach its child";
+    EXPECT_EQ(g_calls, std::vector<std::string>{"view key"});
 }
 
 TEST_F(Framework, ClosingTheMainWindowQuitsTheLoop) {
