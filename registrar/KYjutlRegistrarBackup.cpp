@@ -146,10 +146,16 @@ bool KYjutlRegistrar::StoreIsEmpty() const {
 }
 
 LONG KYjutlRegistrar::CopyHiveIntoStore(const wchar_t* file) {
+    // A fresh mount name for each restore: a hive that could not be unloaded
+    // must not stand in the way of the next restore of this run.
+    static unsigned restores = 0;
     wchar_t mount[64];
-    swprintf(mount, std::size(mount), L"LaunchPanelRestore%lu", GetCurrentProcessId());
-    // Loading a hive also needs the backup privilege; without it the load says why.
+    swprintf(mount, std::size(mount), L"LaunchPanelRestore%lu_%u", GetCurrentProcessId(), ++restores);
+    // Loading a hive also needs the backup privilege; without it the load says
+    // why, so the switch's own result is not the one to keep.
+    const uint32_t detail = m_uErrorDetail;
     AdjustPrivilege(L"SeBackupPrivilege", true);
+    m_uErrorDetail = detail;
     LONG rc = RegLoadKeyW(HKEY_USERS, mount, file);
     if (rc == ERROR_SUCCESS) {
         {
@@ -160,6 +166,7 @@ LONG KYjutlRegistrar::CopyHiveIntoStore(const wchar_t* file) {
         RegUnLoadKeyW(HKEY_USERS, mount);
     }
     AdjustPrivilege(L"SeBackupPrivilege", false);
+    m_uErrorDetail = detail;
     return rc;
 }
 
