@@ -7,6 +7,7 @@
 #include "brander/KYpbr.h"
 #include "document/KYjlpDoc.h"
 #include "foundation/KYstdPgmStat.h"
+#include "foundation/SituationRange.h"
 #include "framework/ResourceModule.h"
 #include "monitor/KYbpm.h"
 #include "registrar/KYjutlRegistrar.h"
@@ -43,7 +44,7 @@ void KYjlpApp::LatchFailure(int number) noexcept {
 // Start-up services accept only the program's own numbers: anything else becomes
 // the service's catch-all, so that the last-resort box always has a text.
 void KYjlpApp::LatchServiceFailure(int number, int catchAll) noexcept {
-    if (number != 0 && (number < 27001 || number > 27776)) number = catchAll;
+    if (number != 0 && !ky::IsProgramSituation(number)) number = catchAll;
     LatchFailure(number);
 }
 

@@ -2,12 +2,13 @@
 // last resort at start-up, and ReportProblem for failures gathered later.
 #include "app/KYjlpApp.h"
 #include "foundation/KYstdPgmStat.h"
+#include "foundation/SituationRange.h"
 #include "framework/FrameWnd.h"
 #include "framework/ResourceModule.h"
 #include "monitor/KYbpm.h"
 
 namespace {
-bool InProgramRange(int number) { return number >= 27001 && number <= 27776; }
+bool InProgramRange(int number) { return ky::IsProgramSituation(number); }
 
 // Texts of the resource library carry fillers for the monitor's arguments
 // (%s1, %i2, %u3); a box without arguments shows the sentence without them.
@@ -53,8 +54,7 @@ bool KYjlpApp::ReportStartupFailure(int number, const wchar_t* caption, UINT fla
     if (first.empty() || first == fw::ResString(24578)) first = L"000";
     wchar_t code[256] = {};
     bool inRange = InProgramRange(number);
-    _snwprintf(code, 255, format.c_str(), first.c_str(), inRange ? 3 : 1,
-               inRange ? number - 27000 : number);
+    _snwprintf(code, 255, format.c_str(), first.c_str(), inRange ? 3 : 1, ky::CodeField(number));
     std::wstring line = code;
     if (number == 27700 || number == 27701) {
         wchar_t self[32] = {};
@@ -82,12 +82,11 @@ bool KYjlpApp::ReportProblem(int number, int second, uint32_t index, const wchar
     }
     std::wstring tag13;
     GetTagText(tag13, 13);
-    auto field = [](int n) { return InProgramRange(n) ? n - 27000 : n; };
     wchar_t code[256] = {};
-    _snwprintf(code, 255, fw::ResString(24712).c_str(), _wtoi(tag13.c_str()), 3, field(number));
+    _snwprintf(code, 255, fw::ResString(24712).c_str(), _wtoi(tag13.c_str()), 3, ky::CodeField(number));
     std::wstring line = code;
     if (second) {
-        _snwprintf(code, 255, L".%0*u", 3, field(second));
+        _snwprintf(code, 255, L".%0*u", 3, ky::CodeField(second));
         line += code;
     }
     if (index != 0xFFFFFFFF) {

@@ -2,12 +2,11 @@
 
 #include <cstdio>
 
+#include "foundation/SituationRange.h"
 #include "monitor/KYbpmText.h"
 
 namespace {
 
-constexpr int kFirstFailure = 27001;
-constexpr int kLastFailure = 27776;
 // Levels of PM_Assertiveness from which each class is shown; failures and
 // questions are shown at every level.
 constexpr uint32_t kWarningLevel = 3;
@@ -69,8 +68,8 @@ std::wstring KYbpmEngine::codeLine() const {
     const int prefix = _wtoi(m_settings.tags[13].c_str());
     const int number = m_situation.number();
     wchar_t line[64];
-    if (number >= kFirstFailure && number <= kLastFailure)
-        swprintf(line, 64, L"Internal Error %d.%03d", prefix, number - 27000);
+    if (ky::IsProgramSituation(number))
+        swprintf(line, 64, L"Internal Error %d.%03d", prefix, ky::CodeField(number));
     else
         swprintf(line, 64, L"Internal Error %d.%d", prefix, number);
     return line;
