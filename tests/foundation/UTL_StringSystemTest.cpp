@@ -7,19 +7,12 @@
 #include "foundation/UTL_Exception.h"
 #include "foundation/UTL_String.h"
 #include "foundation/UniqueHandle.h"
+#include "tests/foundation/ExceptionCode.h"
 #include "tests/support/TestSupport.h"
 
 namespace {
 
-template <typename Operation>
-int CodeOf(Operation operation) {
-    try {
-        operation();
-    } catch (const UTL_Exception& e) {
-        return e.Code();
-    }
-    return 0;
-}
+using lptest::CodeOf;
 
 class StringLoader : public ::testing::Test {
 protected:

@@ -1,5 +1,7 @@
 // UTL_String: encodings, copies, joins, comparisons, searches and text shaping.
 #include <gtest/gtest.h>
+
+#include "tests/foundation/ExceptionCode.h"
 #include <malloc.h>
 
 #include <string>
@@ -22,15 +24,7 @@ public:
     size_t MasterBytes() const { return m_eEncoding == kNarrow ? _msize(m_psz) : _msize(m_pwsz); }
 };
 
-template <typename Operation>
-int CodeOf(Operation operation) {
-    try {
-        operation();
-    } catch (const UTL_Exception& e) {
-        return e.Code();
-    }
-    return 0;
-}
+using lptest::CodeOf;
 
 std::string N(const UTL_String& s) { return s.Narrow(); }
 std::wstring W(const UTL_String& s) { return s.Wide(); }
