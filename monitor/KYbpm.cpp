@@ -45,6 +45,10 @@ bool KYbpm::recordArgument(const char* text, int position) {
 
 bool KYbpm::recordArgument(const wchar_t* text, int position) { return m_engine->recordText(text, position); }
 
+void KYbpm::recordPresentation(const wchar_t* text, const wchar_t* caption, UINT style) {
+    m_engine->present({.text = text ? text : L"", .caption = caption ? caption : L"", .style = style});
+}
+
 bool KYbpm::respondToSituation() { return m_engine->respond(); }
 
 void KYbpm::forgetSituation() { m_engine->forget(); }

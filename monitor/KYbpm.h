@@ -54,6 +54,10 @@ public:
         (recordArgument(args), ...);
         return respondToSituation();
     }
+    // For reports the program composes whole (its message-box paths): the text,
+    // caption (null: the monitor's) and box style (0: the class's) shown and
+    // logged for the recorded situation instead of the ones made from its number.
+    void recordPresentation(const wchar_t* text, const wchar_t* caption, UINT style);
     // Answers the recorded situation; false when it was not taken (then the caller forgets it).
     bool respondToSituation();
     void forgetSituation();

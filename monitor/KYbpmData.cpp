@@ -134,3 +134,9 @@ bool KYbpmData::sizeMapOfDataForThreads(int count) {
     if (count < 1) return fail(KYbpmSelfCode::kOutOfRange);
     return setCount(m_settings.threads, count, KYbpmLimits::kMaxThreads);
 }
+
+bool KYbpmData::recordSituationKind(int number, const KYbpmDirective& kind) {
+    if (number <= 0) return fail(KYbpmSelfCode::kOutOfRange);
+    m_settings.kinds[number] = kind;
+    return true;
+}

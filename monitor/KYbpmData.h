@@ -37,6 +37,8 @@ public:
     bool recordDialogBoxCaption(const wchar_t* caption);
     bool createPlugIns(int count);
     bool sizeMapOfDataForThreads(int count);
+    // The class of one situation, kept in code rather than in its text.
+    bool recordSituationKind(int number, const KYbpmDirective& kind);
 
 private:
     friend class KYbpm;

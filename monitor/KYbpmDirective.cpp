@@ -58,6 +58,12 @@ int KYbpmDirective::defaultAnswer() const {
     return IDOK;
 }
 
+int KYbpmDirective::refusal() const {
+    if (buttons == MB_YESNO) return IDNO;
+    if (buttons == MB_OKCANCEL) return IDCANCEL;
+    return IDOK;
+}
+
 UINT KYbpmDirective::boxStyle() const {
     UINT icon = MB_ICONERROR;
     switch (kind) {

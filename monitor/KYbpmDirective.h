@@ -20,6 +20,8 @@ struct KYbpmDirective {
 
     // The button a question answers by itself; IDOK for the other classes.
     int defaultAnswer() const;
+    // The button that declines: no or cancel for questions, IDOK for the rest.
+    int refusal() const;
     // The icon and button flags of its message box.
     UINT boxStyle() const;
     const wchar_t* kindName() const;

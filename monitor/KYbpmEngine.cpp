@@ -64,9 +64,9 @@ HMODULE KYbpmEngine::textModule() const {
 
 // "Internal Error 1.036": tag 13 as a number, then the place of the number in
 // the program's range, or the number itself outside it.
-std::wstring KYbpmEngine::codeLine() const {
+std::wstring KYbpmEngine::codeLine(const KYbpmSituation& situation) const {
     const int prefix = _wtoi(m_settings.tags[13].c_str());
-    const int number = m_situation.number();
+    const int number = situation.number();
     wchar_t line[64];
     if (ky::IsProgramSituation(number))
         swprintf(line, 64, L"Internal Error %d.%03d", prefix, ky::CodeField(number));
@@ -75,47 +75,57 @@ std::wstring KYbpmEngine::codeLine() const {
     return line;
 }
 
-std::wstring KYbpmEngine::builtInDescription() const {
+std::wstring KYbpmEngine::builtInDescription(const KYbpmSituation& situation) const {
     std::wstring text = L"No description is available for situation " +
-                        std::to_wstring(m_situation.number()) + L".";
+                        std::to_wstring(situation.number()) + L".";
     std::wstring given;
     const auto add = [&given](const std::wstring& value) { given += (given.empty() ? L"" : L", ") + value; };
-    for (const auto& v : m_situation.ints()) if (v) add(std::to_wstring(*v));
-    for (const auto& v : m_situation.uints()) if (v) add(std::to_wstring(*v));
-    for (const auto& v : m_situation.texts()) if (v) add(L"\"" + *v + L"\"");
+    for (const auto& v : situation.ints()) if (v) add(std::to_wstring(*v));
+    for (const auto& v : situation.uints()) if (v) add(std::to_wstring(*v));
+    for (const auto& v : situation.texts()) if (v) add(L"\"" + *v + L"\"");
     if (!given.empty()) text += L"\nArguments: " + given + L".";
     return text;
 }
 
 // The texts that frame a failure's description, when the resource module has them.
-void KYbpmEngine::addAffixes(std::wstring& description) const {
+void KYbpmEngine::addAffixes(const KYbpmSituation& situation, std::wstring& description) const {
     std::wstring affix;
     if (m_settings.affixIdsQty >= 1 && KYbpmText::LoadResourceString(textModule(), m_settings.affixIdMin, affix) &&
         !KYbpmText::IsBlank(affix))
-        description = m_situation.fill(affix) + L"\n\n" + description;
+        description = situation.fill(affix) + L"\n\n" + description;
     if (m_settings.affixIdsQty >= 2 &&
         KYbpmText::LoadResourceString(textModule(), m_settings.affixIdMin + 1, affix) && !KYbpmText::IsBlank(affix))
-        description += L"\n\n" + m_situation.fill(affix);
+        description += L"\n\n" + situation.fill(affix);
 }
 
-KYbpmEngine::Composed KYbpmEngine::compose() const {
+// The class comes from the program's own table where it has the number: the
+// answer of a question must not depend on a translator keeping a directive.
+KYbpmEngine::Composed KYbpmEngine::compose(const KYbpmSituation& situation) const {
     Composed composed;
     std::wstring pattern;
     std::wstring description;
-    if (KYbpmText::LoadResourceString(textModule(), m_situation.number(), pattern)) {
+    if (KYbpmText::LoadResourceString(textModule(), situation.number(), pattern)) {
         composed.directive = KYbpmDirective::take(pattern);
-        description = m_situation.fill(pattern);
+        description = situation.fill(pattern);
     } else {
-        description = builtInDescription();
+        description = builtInDescription(situation);
     }
-    if (composed.directive.kind == KYbpmKind::Failure) addAffixes(description);
-    composed.text = codeLine() + L"\n" + description;
+    if (const auto kind = m_settings.kinds.find(situation.number()); kind != m_settings.kinds.end())
+        composed.directive = kind->second;
+    if (const auto& given = situation.presentation()) {
+        composed.text = situation.fill(given->text);
+        composed.caption = given->caption;
+        composed.style = given->style;
+        return composed;
+    }
+    if (composed.directive.kind == KYbpmKind::Failure) addAffixes(situation, description);
+    composed.text = codeLine(situation) + L"\n" + description;
     return composed;
 }
 
 std::wstring KYbpmEngine::describe() const {
     if (!m_situation.stands()) return {};
-    return KYbpmText::PlainText(compose().text);
+    return KYbpmText::PlainText(compose(m_situation).text);
 }
 
 bool KYbpmEngine::visibleAtLevel(KYbpmKind kind) const {
@@ -143,13 +153,14 @@ KYbpm_FUZZY_CHOICE KYbpmEngine::canRespond() const {
     return KYbpm_FUZZY_CHOICE::No;
 }
 
-bool KYbpmEngine::log(const Composed& composed, int answer, bool shown, bool boxed) {
+bool KYbpmEngine::log(const KYbpmSituation& situation, const Composed& composed, int answer, bool shown,
+                      bool boxed) {
     const int64_t criteria = m_settings.criteria;
     if (criteria & KYbpmCriteria::kNoLog) return false;
     if (m_log) {
         KYbpmLogEntry entry;
         GetLocalTime(&entry.time);
-        entry.situation = &m_situation;
+        entry.situation = &situation;
         entry.kind = composed.directive.kindName();
         entry.answer = answer;
         entry.shown = shown;
@@ -158,31 +169,46 @@ bool KYbpmEngine::log(const Composed& composed, int answer, bool shown, bool box
         return m_log->append(entry, m_nSelfCode);
     }
     if (!(criteria & KYbpmCriteria::kSessionLog)) return false;
-    return m_eventLog.report(composed.directive.kind, m_situation.number(),
-                             KYbpmText::PlainText(composed.text));
+    return m_eventLog.report(composed.directive.kind, situation.number(), KYbpmText::PlainText(composed.text));
+}
+
+int KYbpmEngine::showBox(const Composed& composed) {
+    const std::wstring plain = KYbpmText::PlainText(composed.text);
+    const UINT style = composed.style ? composed.style : composed.directive.boxStyle();
+    const wchar_t* title = composed.caption.empty() ? caption() : composed.caption.c_str();
+    m_bBoxOpen = true;
+    const int answer = MessageBoxW(m_hParent, plain.c_str(), title, style | MB_SETFOREGROUND);
+    m_bBoxOpen = false;
+    return answer;
 }
 
 // Shown when the class and the level allow it and nobody said "unattended";
-// logged whatever the level. Taken when shown or logged.
+// logged whatever the level. Taken when shown or logged. While a box of ours
+// is open (its modal loop dispatches messages) a new situation is only logged:
+// the user answers one box at a time, and a question asked meanwhile is refused
+// rather than answered for the user.
 bool KYbpmEngine::respond() {
     if (!m_situation.stands()) return false;
-    const Composed composed = compose();
+    // The answer works on a copy: a handler that runs during the box may record
+    // a situation of its own, and this one must reach the log as it was.
+    const KYbpmSituation situation = m_situation;
+    const Composed composed = compose(situation);
     const KYbpmDirective& directive = composed.directive;
-    const bool shown = visibleAtLevel(directive.kind);
+    const bool nested = m_bBoxOpen;
+    const bool shown = visibleAtLevel(directive.kind) && !nested;
     const bool unattended = (m_settings.criteria & KYbpmCriteria::kUnattended) != 0;
-    const std::wstring plain = KYbpmText::PlainText(composed.text);
-    int answer = 0;
-    if (shown && !unattended)
-        answer = MessageBoxW(m_hParent, plain.c_str(), caption(), directive.boxStyle() | MB_SETFOREGROUND);
+    int answer = shown && !unattended ? showBox(composed) : 0;
     const bool boxed = answer != 0;
-    if (!boxed && (shown || directive.kind == KYbpmKind::Question)) answer = directive.defaultAnswer();
+    if (!boxed && (shown || directive.kind == KYbpmKind::Question))
+        answer = nested ? directive.refusal() : directive.defaultAnswer();
     m_nDlgBoxResult = answer;
-    OutputDebugStringW((plain + L"\n").c_str());
-    const bool logged = log(composed, answer, shown, boxed);
-    if (!boxed && !logged) return false;
-    ++m_nCount;
-    // Taken: the situation is over, and the slot is free for the next one. Only
-    // a situation nobody took stays, for the caller to forget.
+    OutputDebugStringW((KYbpmText::PlainText(composed.text) + L"\n").c_str());
+    const bool logged = log(situation, composed, answer, shown, boxed);
+    if (!boxed && !logged) {
+        m_situation = situation;  // not taken: it stands for its caller to forget
+        return false;
+    }
+    // Taken: the situation is over, and the slot is free for the next one.
     m_situation.reset(0);
     return true;
 }

@@ -27,7 +27,8 @@ public:
     void forget();
     bool isNormal() const { return !m_situation.stands(); }
     int situationId() const { return m_situation.number(); }
-    int count() const { return m_nCount; }
+    // How many situations stand: the one recorded and not yet answered or forgotten.
+    int count() const { return m_situation.stands() ? 1 : 0; }
     KYbpm_FUZZY_CHOICE canRespond() const;
     int dlgBoxResult() const { return m_nDlgBoxResult; }
     HWND dlgBoxParent() const { return m_hParent; }
@@ -37,29 +38,33 @@ public:
     bool setCriteria(int64_t criteria);
     int selfCode() const { return m_nSelfCode; }
     void forgetSelfCode() { m_nSelfCode = 0; }
+    void present(KYbpmSituation::Presentation presentation) { m_situation.present(std::move(presentation)); }
     std::wstring describe() const;
 
 private:
     struct Composed {
         KYbpmDirective directive;
         std::wstring text;  // code line and description, code links included
+        std::wstring caption;  // the caller's caption, else the monitor's
+        UINT style = 0;        // the caller's box style, else the class's
     };
 
     explicit KYbpmEngine(const KYbpmSettings& settings) : m_settings(settings) {}
-    Composed compose() const;
-    std::wstring codeLine() const;
-    std::wstring builtInDescription() const;
-    void addAffixes(std::wstring& description) const;
+    Composed compose(const KYbpmSituation& situation) const;
+    std::wstring codeLine(const KYbpmSituation& situation) const;
+    std::wstring builtInDescription(const KYbpmSituation& situation) const;
+    void addAffixes(const KYbpmSituation& situation, std::wstring& description) const;
+    int showBox(const Composed& composed);
     HMODULE textModule() const;
     bool visibleAtLevel(KYbpmKind kind) const;
     const wchar_t* caption() const;
-    bool log(const Composed& composed, int answer, bool shown, bool boxed);
+    bool log(const KYbpmSituation& situation, const Composed& composed, int answer, bool shown, bool boxed);
 
     KYbpmSettings m_settings;
     KYbpmSituation m_situation;
     std::unique_ptr<KYbpmLogFile> m_log;
     KYbpmEventLog m_eventLog;
-    int m_nCount = 0;
+    bool m_bBoxOpen = false;
     int m_nDlgBoxResult = 0;
     int m_nSelfCode = 0;
     HWND m_hParent = nullptr;

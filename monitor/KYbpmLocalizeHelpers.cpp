@@ -116,6 +116,12 @@ bool KYbpmLocalizeHelpers::extractModuleVerValueSFI_LegalTM(HMODULE module, wcha
     return ExtractValue(module, L"LegalTrademarks", out, capacity, langCodepage, block, separator);
 }
 
+bool KYbpmLocalizeHelpers::extractModuleVerValueSFI_ProductName(HMODULE module, wchar_t* out, uint32_t capacity,
+                                                                const wchar_t* langCodepage, const wchar_t* block,
+                                                                wchar_t separator) {
+    return ExtractValue(module, L"ProductName", out, capacity, langCodepage, block, separator);
+}
+
 bool KYbpmLocalizeHelpers::convertIntToPunctuatedStrW(int64_t value, wchar_t* out, uint32_t capacity) {
     wchar_t separator[8] = L",";
     if (GetLocaleInfoEx(LOCALE_NAME_USER_DEFAULT, LOCALE_STHOUSAND, separator, 8) <= 0) wcscpy(separator, L",");

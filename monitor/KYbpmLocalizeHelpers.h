@@ -24,6 +24,9 @@ struct KYbpmLocalizeHelpers {
     static bool extractModuleVerValueSFI_LegalTM(HMODULE module, wchar_t* out, uint32_t capacity,
                                                  const wchar_t* langCodepage, const wchar_t* block,
                                                  wchar_t separator);
+    static bool extractModuleVerValueSFI_ProductName(HMODULE module, wchar_t* out, uint32_t capacity,
+                                                     const wchar_t* langCodepage, const wchar_t* block,
+                                                     wchar_t separator);
     // "-1,234,567" with the user's thousands separator.
     static bool convertIntToPunctuatedStrW(int64_t value, wchar_t* out, uint32_t capacity);
 };

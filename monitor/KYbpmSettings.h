@@ -4,7 +4,10 @@
 #include <windows.h>
 #include <array>
 #include <cstdint>
+#include <map>
 #include <string>
+
+#include "monitor/KYbpmDirective.h"
 
 namespace KYbpmLimits {
 inline constexpr int kArgsPerKind = 5;               // signed, unsigned and text arguments each
@@ -51,6 +54,10 @@ struct KYbpmSettings {
     int affixIdsQty = 0;
     int affixIdMin = 0;
     std::wstring caption;
+    // The class of the situations whose answer the program acts on, by number:
+    // it wins over the directive of the text, so a translation cannot turn a
+    // question into a plain box.
+    std::map<int, KYbpmDirective> kinds;
     int plugIns = 0;
     int threads = 1;
 };

@@ -9,6 +9,11 @@ void KYbpmSituation::reset(int number) {
     m_ints = {};
     m_uints = {};
     m_texts = {};
+    m_presentation.reset();
+}
+
+void KYbpmSituation::present(Presentation presentation) {
+    if (stands()) m_presentation = std::move(presentation);
 }
 
 template <typename Slots, typename Value>

@@ -25,6 +25,16 @@ public:
     bool addUInt(uint32_t value, int position, int limit);
     bool addText(std::wstring value, int position, int limit);
 
+    // A report its caller composed whole (the program's own message-box paths):
+    // shown and logged instead of the text made from the number.
+    struct Presentation {
+        std::wstring text;
+        std::wstring caption;  // empty: the monitor's caption
+        UINT style = 0;        // buttons and icon of the box; 0: the class's own
+    };
+    void present(Presentation presentation);
+    const std::optional<Presentation>& presentation() const { return m_presentation; }
+
     const Ints& ints() const { return m_ints; }
     const UInts& uints() const { return m_uints; }
     const Texts& texts() const { return m_texts; }
@@ -42,4 +52,5 @@ private:
     Ints m_ints;
     UInts m_uints;
     Texts m_texts;
+    std::optional<Presentation> m_presentation;
 };

@@ -43,7 +43,7 @@ TEST(KYbpmLog, FromTemplateWithRowsAndTail) {
     EXPECT_TRUE(monitor->respondToSituation(27036, 0, L"caf\u00e9 <b>", int32_t{-5}, uint32_t{7}, "a\"b"));
     monitor->forgetSituation();
     EXPECT_TRUE(monitor->respondToSituation(27038, 0, L"<a href=\"Codes/WLE.html#5\">WLE5</a>", L"x\ny"));
-    EXPECT_EQ(monitor->getSituationsCount(), 2);
+    EXPECT_EQ(monitor->getSituationsCount(), 0) << "both were taken: none stands";
 
     log = ReadFile(logFile);  // rows are there before the monitor ends
     auto rows = SituationRows(log);
@@ -157,7 +157,6 @@ TEST(KYbpmLog, ByteLimitDropsEntriesAndSaysSoOnce) {
     }
     EXPECT_GT(taken, 3);
     EXPECT_LT(taken, 40);
-    EXPECT_EQ(monitor->getSituationsCount(), taken);
     EXPECT_EQ(monitor->canRespondToSituations(), KYbpm_FUZZY_CHOICE::No) << "unattended and the log is full";
     monitor.reset();
     const std::string log = ReadFile(logFile);
@@ -186,6 +185,8 @@ TEST(KYbpmLog, TextFormAndNoLogForms) {
     EXPECT_FALSE(lptest::FileExists(dir / L"run.other"));
     EXPECT_EQ(none->canRespondToSituations(), KYbpm_FUZZY_CHOICE::No);
     EXPECT_FALSE(none->respondToSituation(27036, 0, L"a")) << "unattended with nowhere to write";
+    EXPECT_EQ(none->getSituationsCount(), 1) << "not taken: it stands until forgotten";
+    none->forgetSituation();
     EXPECT_EQ(none->getSituationsCount(), 0);
 }
 
@@ -216,7 +217,6 @@ TEST(KYbpmLog, InsideASessionTheEventLogTakesTheEntries) {
     ASSERT_TRUE(monitor);
     EXPECT_EQ(monitor->canRespondToSituations(), KYbpm_FUZZY_CHOICE::Unsure);
     EXPECT_TRUE(monitor->respondToSituation(27101, 0, L"P1"));
-    EXPECT_EQ(monitor->getSituationsCount(), 1);
     EXPECT_TRUE(monitor->isSituationNormal()) << "a situation that was taken is over";
 
     auto quiet = MakeMonitor({.criteria = session | KYbpmCriteria::kUnattended | KYbpmCriteria::kNoLog});

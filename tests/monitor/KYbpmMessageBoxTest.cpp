@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
+#include <chrono>
 #include <string>
 #include <thread>
 
@@ -102,5 +103,87 @@ TEST(KYbpmMessageBox, FailureShowsCaptionAndFullText) {
     EXPECT_EQ(found.caption, L"Monitor Test Caption");
     EXPECT_NE(found.text.find(L"Internal Error 42.038"), std::wstring::npos) << testing::PrintToString(lptest::Narrow(found.text));
     EXPECT_NE(found.text.find(L"Opened WLE5 with N."), std::wstring::npos);
-    EXPECT_EQ(monitor->getSituationsCount(), 1);
+    EXPECT_EQ(monitor->getSituationsCount(), 0) << "answered: nothing stands";
+}
+
+namespace {
+KYbpm* g_nestedMonitor = nullptr;
+
+// A handler that runs inside the box's modal loop and tells a situation of its own.
+void CALLBACK RaiseWhileBoxIsOpen(HWND, UINT, UINT_PTR timer, DWORD) {
+    KillTimer(nullptr, timer);
+    EXPECT_TRUE(g_nestedMonitor->respondToSituation(27102, 0, L"D:")) << "logged, though not shown";
+    EXPECT_EQ(g_nestedMonitor->getDisplayDlgBoxResult(), IDNO) << "a question nobody saw is declined";
+    g_nestedMonitor->forgetSituation();
+}
+}  // namespace
+
+TEST(KYbpmMessageBox, SituationRaisedWhileTheBoxIsOpenLeavesTheOuterOneWhole) {
+    lptest::TempDir dir;
+    auto monitor = MakeMonitor({.criteria = 0, .logFile = dir / L"run.html"});
+    ASSERT_TRUE(monitor);
+    g_nestedMonitor = monitor.get();
+    SetTimer(nullptr, 0, 50, RaiseWhileBoxIsOpen);
+    {
+        BoxPresser presser(IDOK);
+        monitor->recordSituationID(27038);
+        monitor->recordArgument(L"Notepad");
+        monitor->recordArgument(L"Q");
+        std::this_thread::sleep_for(std::chrono::milliseconds(300));  // the box's loop meets the timer first
+        EXPECT_TRUE(monitor->respondToSituation());
+        EXPECT_TRUE(presser.pressed);
+        EXPECT_EQ(presser.found.text.find(L"Replace"), std::wstring::npos) << "one box at a time";
+    }
+    MSG quit;
+    PeekMessageW(&quit, nullptr, WM_QUIT, WM_QUIT, PM_REMOVE);
+    EXPECT_TRUE(monitor->isSituationNormal());
+    const auto rows = SituationRows(lptest::ReadFile(dir / L"run.html"));
+    ASSERT_EQ(rows.size(), 2u);
+    EXPECT_EQ(Attribute(rows[0], "data-number"), "27102");
+    EXPECT_EQ(Attribute(rows[0], "data-boxed"), "0");
+    EXPECT_EQ(Attribute(rows[1], "data-number"), "27038") << "the outer situation as it was recorded";
+    EXPECT_EQ(Attribute(rows[1], "data-args-text"), R"(["Notepad","Q"])");
+    EXPECT_EQ(Attribute(rows[1], "data-boxed"), "1");
+}
+
+TEST(KYbpmMessageBox, QuestionsKeptInCodeStayQuestionsWhateverTheirText) {
+    lptest::TempDir dir;
+    auto data = MakeData({.logFile = dir / L"run.html"});
+    // 27038 has no directive; 27102 says yes/no with yes as its default.
+    ASSERT_TRUE(data->recordSituationKind(27038, {.kind = KYbpmKind::Question, .buttons = MB_OKCANCEL,
+                                                  .defaultSecond = true}));
+    ASSERT_TRUE(data->recordSituationKind(27102, {.kind = KYbpmKind::Question, .buttons = MB_YESNO,
+                                                  .defaultSecond = true}));
+    MonitorPtr monitor(KYbpm::create(data.get()));
+    ASSERT_TRUE(monitor);
+    EXPECT_TRUE(monitor->respondToSituation(27038, 0, L"A", L"B"));
+    EXPECT_EQ(monitor->getDisplayDlgBoxResult(), IDCANCEL);
+    EXPECT_TRUE(monitor->respondToSituation(27102, 0, L"C:"));
+    EXPECT_EQ(monitor->getDisplayDlgBoxResult(), IDNO) << "the code's default, not the text's";
+    const auto rows = SituationRows(lptest::ReadFile(dir / L"run.html"));
+    ASSERT_EQ(rows.size(), 2u);
+    EXPECT_EQ(Attribute(rows[0], "data-kind"), "question");
+    EXPECT_EQ(Attribute(rows[1], "data-kind"), "question");
+}
+
+TEST(KYbpmMessageBox, ReportComposedByTheCallerIsShownAndLoggedAsGiven) {
+    lptest::TempDir dir;
+    auto monitor = MakeMonitor({.criteria = 0, .logFile = dir / L"run.html"});
+    ASSERT_TRUE(monitor);
+    FoundBox found;
+    {
+        BoxPresser presser(IDOK);
+        monitor->recordSituationID(27036);
+        monitor->recordArgument(L"X");
+        monitor->recordPresentation(L"Code line\nOpened %s1.", L"Own Caption", MB_OK | MB_ICONERROR);
+        EXPECT_TRUE(monitor->respondToSituation());
+        found = presser.found;
+    }
+    MSG quit;
+    PeekMessageW(&quit, nullptr, WM_QUIT, WM_QUIT, PM_REMOVE);
+    EXPECT_EQ(found.caption, L"Own Caption");
+    EXPECT_EQ(found.text, L"Code line\nOpened X.") << "the caller's text, filled from the arguments";
+    const auto rows = SituationRows(lptest::ReadFile(dir / L"run.html"));
+    ASSERT_EQ(rows.size(), 1u);
+    EXPECT_EQ(Attribute(rows[0], "data-number"), "27036");
 }
