@@ -82,6 +82,7 @@ void KYjlpApp::ResetMembers() {
     delete m_pStatus;
     m_pStatus = nullptr;
     OnMemberReleased(Member::Status);
+    if (m_pReportMonitor) KYbpm::destroy(&m_pReportMonitor, 0, true);
     if (m_pMonitor) KYbpm::destroy(&m_pMonitor, 0, true);
     m_pMonitor = nullptr;
     OnMemberReleased(Member::Monitor);
@@ -90,6 +91,7 @@ void KYjlpApp::ResetMembers() {
     m_nHelpKind = 0;
     m_nHelpSituation = 27054;
     m_bStandalone = true;
+    m_bSessionDetected = false;
     m_pfnIsSharedAccountSession = nullptr;
     m_bUserIsAdmin = false;
     m_nItemFillMask = 11;
@@ -121,9 +123,7 @@ int KYjlpApp::EstablishProgramStatus() {
         data->SetResources(fw::ResourceModule());
         data->AllocateSituations(5);
         data->AllocateDetails(10);
-        std::wstring title;
-        GetTagText(title, 12);
-        data->SetTitle(title.c_str());
+        data->SetTitle(ProgramTitle().c_str());
         m_pStatus = KYstdPgmStat::CreateStatus(data);
         if (!m_pStatus) number = 27063;
     } catch (...) {

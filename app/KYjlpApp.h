@@ -56,7 +56,21 @@ public:
     virtual bool CollectPreferences();
     virtual bool SavePreferences();
 
-    // Message-box path for failures after start-up (program status or plain box).
+    // What launch use tells the script that started it, as the process's exit code.
+    enum ExitCode {
+        kExitSuccess = 0,         // the program came up (or nothing was to be launched)
+        kExitFailed = 1,          // start-up failed, or the launch was refused or failed
+        kExitBadCommandLine = 2,  // the command line could not be understood
+        kExitNotFound = 3,        // no published application or program of that name
+        kExitNotIdle = 4          // started, but not ready for input within the limit
+    };
+    // The first cause of failure decides the exit code.
+    void SetExitCode(int code) noexcept {
+        if (m_nExitCode == kExitSuccess) m_nExitCode = code;
+    }
+
+    // Message-box path for failures after start-up, through the monitor (logged,
+    // and shown unless unattended).
     bool ReportProblem(int number, int second, uint32_t index, const wchar_t* caption, UINT flags);
     bool GetTagText(std::wstring& out, int tag);
     bool ObtainTagValue(std::wstring& out, int tag, wchar_t* buffer = nullptr, size_t capacity = 0);
@@ -86,6 +100,10 @@ public:
     bool AcquireClientPrinters(bool withUI);
 
     void DetectSession();
+    // The title of the program from its own version data.
+    static std::wstring ProgramTitle();
+    // The classes of the situations whose answer the program acts on.
+    static void RecordSituationKinds(KYbpmData& data);
     bool SignalLogonManager();
 
     // --- launch use: the launch requests and the launch command ---
@@ -99,6 +117,9 @@ public:
     // Checks the newest request; true while it still starts. Requests that came
     // up, or never will, leave the list; the handle of the last one may be taken.
     bool DrainLaunchRequests(uint32_t limitSeconds, int* status, HANDLE* process);
+    // True while a launch of the item of that name is still coming up: a second
+    // activation then starts no second copy.
+    bool IsItemStarting(const wchar_t* name) const;
     void OnAppLaunch(UINT id);
     void OnUpdateAppLaunch(fw::CmdUI& ui);
     void ReportLaunchFailure(const std::wstring& name);
@@ -176,9 +197,25 @@ private:
     void BuildMonitor(const std::wstring& logFile, const std::wstring& templatePath);
     void RecordCaption(KYbpmData& data);
     std::wstring LoadSituationText(int number);
+    // One report of the program's own, composed by ReportStartupFailure or ReportProblem.
+    struct Report {
+        int number = 0;
+        int second = 0;
+        uint32_t index = 0xFFFFFFFF;
+        int selfCode = 0;
+        std::wstring text{};
+        const wchar_t* caption = nullptr;
+        UINT flags = 0;
+    };
+    int DeliverReport(const Report& report);
+    KYbpm* ReportingMonitor();
+    void EstablishReportMonitor();
     bool DispatchWatchEvent(HANDLE signalled);
     bool IdleStep(long count);
 
+    // The monitor of the reports made before the program monitor stands.
+    KYbpm* m_pReportMonitor = nullptr;
+    bool m_bSessionDetected = false;
     int m_nRegistrarError2 = 0;
     int m_nRegistrarError3 = -1;
 };

@@ -116,7 +116,20 @@ void WaitForLaunchedProgram(KYjlpApp& app) {
     int status = KYjlpItemLaunchRequest::kUnchecked;
     while (app.DrainLaunchRequests(KYjlpApp::kLaunchLimitSeconds, &status, nullptr))
         PauseAnsweringSentMessages(kDrainPauseMs);
-    if (status == KYjlpItemLaunchRequest::kWaitFailed) PauseAnsweringSentMessages(kConsolePauseMs);
+    switch (status) {
+    case KYjlpItemLaunchRequest::kWaitFailed:
+        PauseAnsweringSentMessages(kConsolePauseMs);  // a console program: it started, it has no idle
+        break;
+    case KYjlpItemLaunchRequest::kTimedOut:
+        app.SetExitCode(KYjlpApp::kExitNotIdle);
+        break;
+    case KYjlpItemLaunchRequest::kInvalid:
+    case KYjlpItemLaunchRequest::kUnforeseen:
+        app.SetExitCode(KYjlpApp::kExitFailed);
+        break;
+    default:
+        break;
+    }
 }
 }  // namespace
 
@@ -178,6 +191,15 @@ bool KYjlpApp::DrainLaunchRequests(uint32_t limitSeconds, int* status, HANDLE* p
     return starting;
 }
 
+bool KYjlpApp::IsItemStarting(const wchar_t* name) const {
+    if (!name || !*name) return false;
+    for (const auto& request : m_listLaunchRequests)
+        if (request && request->pszName && wcscmp(request->pszName.get(), name) == 0 &&
+            request->IsStillStarting(kLaunchLimitSeconds))
+            return true;
+    return false;
+}
+
 void KYjlpApp::OnAppLaunch(UINT id) {
     (void)id;
     if (m_pStatus) m_pStatus->ClearStatus();
@@ -217,6 +239,7 @@ void KYjlpApp::OnAppLaunch(UINT id) {
         if (m_pStatus && m_pStatus->Data()) m_pStatus->Data()->AddSituation(27073, KYstdPgmStat_DATA::kAfterLast);
     }
     if (!m_pStatus || m_pStatus->IsClean()) return;
+    SetExitCode(m_pStatus->FirstSituation() == 27193 ? kExitNotFound : kExitFailed);
     if (view) view->m_bLaunchWithoutUI = false;
     ReportLaunchFailure(name);
     m_pStatus->ClearStatus();

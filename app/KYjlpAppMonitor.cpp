@@ -25,6 +25,27 @@ bool EndsWithSeparator(const std::wstring& s) {
 }
 }  // namespace
 
+// The questions whose answer the program compares with yes (6) or cancel (2):
+// their class lives here, so that a translated text cannot make them plain boxes.
+// Unattended, each takes the default answer given here.
+void KYjlpApp::RecordSituationKinds(KYbpmData& data) {
+    struct Question {
+        int number;
+        UINT buttons;
+        bool defaultSecond;
+    };
+    static constexpr Question kQuestions[] = {
+        {27664, MB_YESNO, true},        // delete a client printer: not unless asked
+        {27737, MB_OKCANCEL, false},    // disconnect, session without a time-out
+        {27738, MB_OKCANCEL, false},    // disconnect, session with a time-out
+        {27774, MB_YESNO, false},       // log off
+    };
+    for (const Question& q : kQuestions)
+        data.recordSituationKind(q.number, KYbpmDirective{.kind = KYbpmKind::Question,
+                                                          .buttons = q.buttons,
+                                                          .defaultSecond = q.defaultSecond});
+}
+
 bool KYjlpApp::EstablishProgramMonitor(uint32_t form) {
     try {
         if (m_pMonitor) throw 0;
@@ -93,6 +114,7 @@ void KYjlpApp::BuildMonitor(const std::wstring& logFile, const std::wstring& tem
     if (!data.setDescriptionAffixIDsQty(2) || !data.setDescriptionAffixID_Min(27012))
         FailWithSelfCode(data, m_nMonitorSelfCode, 27701);
     RecordCaption(data);
+    RecordSituationKinds(data);
     if (!data.createPlugIns(0)) FailWithSelfCode(data, m_nMonitorSelfCode, 27701);
     try {
         KYbpmDataQRW::updateBehaviorCriteria(&data);

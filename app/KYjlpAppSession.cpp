@@ -11,6 +11,7 @@ const wchar_t kLogonManagerEvent[] = L"LogonManager_LaunchPanel_Exchange";
 }  // namespace
 
 void KYjlpApp::DetectSession() {
+    m_bSessionDetected = true;
     ky::UniqueFile device(CreateFileW(kSessionDevice, GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr));
     if (device) {
         BYTE answer[16] = {};

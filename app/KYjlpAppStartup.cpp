@@ -30,8 +30,10 @@ bool KYjlpApp::InitCommandLine(int& pending) {
     if (m_pCmdLine) throw 27036;
     m_pCmdLine = new (std::nothrow) KYjlpCmdLineInfo(*this);
     if (!m_pCmdLine) throw 27034;
-    if (!m_pCmdLine->ParseCommandLine(__argc, __wargv))
+    if (!m_pCmdLine->ParseCommandLine(__argc, __wargv)) {
+        SetExitCode(kExitBadCommandLine);
         throw static_cast<int>(m_pStatus ? m_pStatus->FirstSituation() : 0);
+    }
     m_nPrinterStartMode = m_pCmdLine->m_nPrinterStartMode;
     int command = m_pCmdLine->m_nShellCommand;
     if (command == KYjlpCmdLineInfo::kDDE || command == KYjlpCmdLineInfo::kNew ||
@@ -40,6 +42,7 @@ bool KYjlpApp::InitCommandLine(int& pending) {
     else
         m_pCmdLine->m_bClassic = false;  // launch use never shows a window
     if (!EstablishProgramMonitor(0)) {
+        SetExitCode(kExitFailed);
         ReportStartupFailure(m_nFailure, nullptr, MB_ICONERROR);
         m_nFailure = 0;
         throw 0;
@@ -188,22 +191,13 @@ void KYjlpApp::FinishInitInstance(bool& result, int pending, int second, int ind
     bool normal = !m_pMonitor || m_pMonitor->isSituationNormal();
     if (normal && pending == 0) return;
     result = false;
+    SetExitCode(kExitFailed);
     if (!normal) {
         if (m_pMonitor->getSituationID() != 27072) m_pMonitor->recordArgument(kSourceName);
         RespondAndForget();
         m_pMonitor->forgetSituation();
     }
     if (pending == 0) return;
-    if (m_pMonitor) {
-        // With a monitor the failure is answered as every other: logged, and
-        // shown unless the monitor runs unattended.
-        m_pMonitor->recordSituationID(pending);
-        if (second) m_pMonitor->recordArgument(static_cast<uint32_t>(second));
-        if (index != -1) m_pMonitor->recordArgument(static_cast<int32_t>(index));
-        m_pMonitor->respondToSituation();
-        m_pMonitor->forgetSituation();
-        return;
-    }
     ReportProblem(pending, second, static_cast<uint32_t>(index), nullptr, MB_ICONERROR);
 }
 

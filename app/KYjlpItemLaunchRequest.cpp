@@ -99,6 +99,12 @@ bool KYjlpItemLaunchRequest::CheckStartup(uint32_t limitSeconds) {
     return eStatus == kStarting;
 }
 
+bool KYjlpItemLaunchRequest::IsStillStarting(uint32_t limitSeconds) const {
+    const int64_t now = _time64(nullptr);
+    if (!IsValid() || now < tCreated || now - tCreated > static_cast<int64_t>(limitSeconds)) return false;
+    return WaitForInputIdle(hProcess.get(), 0) == WAIT_TIMEOUT;
+}
+
 int KYjlpItemLaunchRequest::SituationOfStatus() const {
     switch (eStatus) {
     case kInvalid:

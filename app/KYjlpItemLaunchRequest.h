@@ -34,6 +34,8 @@ public:
     bool IsValid() const;
     // True exactly while the process still starts within limitSeconds; tells every other outcome.
     bool CheckStartup(uint32_t limitSeconds);
+    // True while the process has not come up and the limit has not passed; tells nothing.
+    bool IsStillStarting(uint32_t limitSeconds) const;
     // The handle leaves the request (for a caller that waits on it itself).
     HANDLE TakeProcess() noexcept { return hProcess.release(); }
 

@@ -84,6 +84,14 @@ bool KYjlpViewList::LaunchItem(LV_TEXTLINE* item, int index, POSITION pos) {
         shown = p;
     }
     if (shown.empty()) shown = L"#" + std::to_wstring(index);
+    // A double-click repeated or Enter held while the program still comes up
+    // starts no second copy: the user is told it is starting.
+    if (KYjlpApp* app = TheApp(); app && item && app->IsItemStarting(item->name)) {
+        ShowBusy(24598, shown);
+        EndBusy();
+        lpreport::Tell(27542, shown);
+        return false;
+    }
     int number = 0;
     INT_PTR code = 0;
     DWORD error = 0;

@@ -136,5 +136,17 @@ TEST_F(LaunchRequests, RequestsThatCannotBeMadeOrCheckedAreTold) {
     EXPECT_EQ(RowsOf(Rows(), 27539).size(), 1u);
 }
 
+TEST_F(LaunchRequests, AnItemStillComingUpIsNotStartedTwice) {
+    HANDLE slow = Start(L"LaunchTarget.exe", 3000);
+    auto request = RequestFor(L"Slow Tool", slow);
+    ASSERT_TRUE(m_app->AddLaunchRequest(request));
+    EXPECT_TRUE(m_app->IsItemStarting(L"Slow Tool")) << "a second activation would start a second copy";
+    EXPECT_FALSE(m_app->IsItemStarting(L"Other Tool"));
+    EXPECT_FALSE(m_app->IsItemStarting(nullptr));
+    ASSERT_EQ(WaitForInputIdle(slow, 20000), 0u);
+    EXPECT_FALSE(m_app->IsItemStarting(L"Slow Tool")) << "once it is up, the item may be started again";
+    EXPECT_EQ(RowsOf(Rows(), 27540).size(), 0u) << "asking tells nothing; the drain tells the start";
+}
+
 }  // namespace
 }  // namespace lptest

@@ -1,6 +1,7 @@
 // LaunchPanel.exe observed from outside: its boxes, its windows, its log.
 #include <gtest/gtest.h>
 
+#include "app/KYjlpApp.h"
 #include "tests/launch/LogRows.h"
 #include "tests/support/ChildProcess.h"
 #include "tools/lpdriver/client/DriverClient.h"
@@ -28,10 +29,13 @@ protected:
         }
         return folder + L"LaunchPanel.exe";
     }
+    // Someone sits at the screen: failures are shown in a box.
+    void Attended() { LP_SET_DWORD(HKEY_LOCAL_MACHINE, kServerKey, L"PM_BehaviorCriteria", 0); }
     TempDir m_dir;
 };
 
 TEST_F(Startup, MissingLibraryIsToldByTheProgramsOwnText) {
+    Attended();
     std::wstring exe = Install(m_dir.path() + L"app\\", false);
     ChildProcess program(exe, L"", m_dir.path() + L"app\\");
     ASSERT_TRUE(program.started());
@@ -39,9 +43,9 @@ TEST_F(Startup, MissingLibraryIsToldByTheProgramsOwnText) {
     ASSERT_TRUE(program.WaitForMessageBox(kLimit, box));
     EXPECT_EQ(box.text, L"Internal Error 1.050\n"
                         L"Failed to load the localized resources dynamic-link library (DLL).");
-    EXPECT_EQ(box.caption, L"LaunchPanel.exe") << "no brander yet: the program's file name";
+    EXPECT_EQ(box.caption, L"Launch Panel") << "the title of the program's own version data";
     PressButton(box.hwnd, IDOK);
-    EXPECT_EQ(program.Wait(kLimit), 0u);
+    EXPECT_EQ(program.Wait(kLimit), DWORD(KYjlpApp::kExitFailed));
     EXPECT_TRUE(TopWindowsOf(program.pid(), kFrameClass).empty());
 }
 
@@ -66,6 +70,7 @@ TEST_F(Startup, ProgramInARootFolderHasNoPlaceForItsLog) {
     GetWindowsDirectoryW(windows, MAX_PATH);
     std::wstring root = std::wstring(windows).substr(0, 3);  // "C:\"
     std::wstring exe = Install(root, true);
+    Attended();
     {
         ChildProcess program(exe, L"", m_dir.path());
         MessageBoxInfo box;
@@ -73,7 +78,7 @@ TEST_F(Startup, ProgramInARootFolderHasNoPlaceForItsLog) {
         EXPECT_EQ(box.text, L"Internal Error 1.708\n"
                             L"Rejected program monitor log directory specifier as root only.");
         PressButton(box.hwnd, IDOK);
-        EXPECT_EQ(program.Wait(kLimit), 0u);
+        EXPECT_EQ(program.Wait(kLimit), DWORD(KYjlpApp::kExitFailed));
     }
     DeleteFileW(exe.c_str());
     DeleteFileW((root + L"lp.dll").c_str());
@@ -100,7 +105,7 @@ TEST_F(Startup, UnreadableCatalogueEndsTheStartWithItsSituationInTheLog) {
     LP_SET_STRING(HKEY_LOCAL_MACHINE, std::wstring(kCatalogueKey) + L"\\A First", L"ExePath", L"C:\\a.exe");
     LP_SET_STRING(HKEY_LOCAL_MACHINE, std::wstring(kCatalogueKey) + L"\\B Second", L"IconPath", L"C:\\b.ico");
     ChildProcess program(BinDir() + L"LaunchPanel.exe", L"");
-    EXPECT_EQ(program.Wait(kLimit), 0u);
+    EXPECT_EQ(program.Wait(kLimit), DWORD(KYjlpApp::kExitFailed));
     EXPECT_TRUE(TopWindowsOf(program.pid(), kFrameClass, false).empty()) << "no window without a catalogue";
     auto rows = RowsOf(ReadLogRows(logs.path()), 27259);
     ASSERT_EQ(rows.size(), 1u) << "the entry without ExePath fails the read";
@@ -112,6 +117,7 @@ TEST_F(Startup, UnreadableCatalogueEndsTheStartWithItsSituationInTheLog) {
 TEST_F(Startup, UnknownOptionEndsTheRunWithItsNumber) {
     TempDir logs;
     LP_SET_STRING(HKEY_LOCAL_MACHINE, kServerKey, L"LogDirectory", logs.path(), REG_EXPAND_SZ);
+    Attended();
     lpdriver::DriverClient driver;
     auto started = driver.Run({L"start", BinDir() + L"LaunchPanel.exe", L"/frobnicate"});
     ASSERT_EQ(started.exitCode, 0u) << Narrow(started.Text());
@@ -120,9 +126,11 @@ TEST_F(Startup, UnknownOptionEndsTheRunWithItsNumber) {
     ASSERT_EQ(box.exitCode, 0u) << Narrow(box.Text());
     EXPECT_EQ(box.Value(L"text"),
               L"Internal Error 1.148\nThe command line has an option that Launch Panel does not know.");
+    EXPECT_EQ(box.Value(L"caption"), L"Launch Panel");
     EXPECT_EQ(driver.Run({L"press", pid, L"OK", L"30000"}).exitCode, 0u);
     auto ended = driver.Run({L"wait", pid, L"30000"});
-    EXPECT_EQ(ended.Value(L"exit"), L"0");
+    EXPECT_EQ(ended.Value(L"exit"), std::to_wstring(KYjlpApp::kExitBadCommandLine));
+    EXPECT_EQ(RowsOf(ReadLogRows(logs.path()), 27148).size(), 1u) << "answered, and logged too";
 }
 
 TEST_F(Startup, LaunchUseShowsNoWindowEvenWithTheClassicOption) {
