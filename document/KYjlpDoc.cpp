@@ -39,8 +39,7 @@ bool KYjlpDoc::OnNewDocument() {
                 app->m_nItemFillMask = kCheckBinary | kCheckFacts;
             else
                 app->m_nItemFillMask = kCheckBinary;
-            // The image lists and the view options dialog come with the icons and the settings.
-            if (!BuildItemList(&m_pItems)) {
+            if (!BuildItemList(&m_pItems) || !BuildImages()) {
                 ReportStepFailed(__LINE__);
                 throw 0;
             }
@@ -74,7 +73,11 @@ bool KYjlpDoc::EmptyContents() {
     return true;
 }
 
-void KYjlpDoc::ReleaseAll() { FreeItemList(&m_pItems); }
+void KYjlpDoc::ReleaseAll() {
+    FreeItemList(&m_pItems);
+    m_imlSmall.reset();
+    m_imlLarge.reset();
+}
 
 KYjlpViewList* KYjlpDoc::ObtainViewList() const {
     for (fw::View* view : Views())

@@ -8,6 +8,7 @@
 
 #include "document/KYjlpItemList.h"
 #include "document/LV_TEXTLINE.h"
+#include "foundation/UniqueHandle.h"
 #include "framework/Document.h"
 
 class KYjlpViewList;
@@ -55,6 +56,17 @@ public:
     bool CheckTargetQuiet(const wchar_t* path, DWORD* error);
     bool CheckStartDirectory(const wchar_t* dir, DWORD* error);
 
+    // The icons: two image lists, image i belonging to item i of the list.
+    HIMAGELIST LargeImages() const { return m_imlLarge.get(); }
+    HIMAGELIST SmallImages() const { return m_imlSmall.get(); }
+    // Makes (or empties) the two image lists and loads the icons of the live list; told on failure.
+    bool BuildImages();
+    bool LoadItemImages(const KYjlpItemList* list, HIMAGELIST large, HIMAGELIST small);
+    // The item's icons by its icon file, else its target's shell icon, else the product's own.
+    bool ObtainItemIcons(HICON* large, HICON* small, const LV_TEXTLINE& item);
+    // Icon sizes for the monitor the list is on.
+    void ObtainIconSizes(int& large, int& small) const;
+
     // The resolved handler of the last document checked, which the failure reports quote.
     const wchar_t* HandlerPath() const { return m_wszHandler; }
 
@@ -66,6 +78,10 @@ private:
     void CheckItemParameters(LV_TEXTLINE* item);
     static void TakeOver(wchar_t*& field, wchar_t*& source) noexcept;
 
+    bool MakeImageLists();
+
     ItemListPtr m_pItems;
+    ky::UniqueHImageList m_imlLarge;
+    ky::UniqueHImageList m_imlSmall;
     wchar_t m_wszHandler[MAX_PATH] = {};
 };

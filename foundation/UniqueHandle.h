@@ -1,6 +1,7 @@
 // Move-only ownership of one Windows handle: the one place where handles are closed.
 #pragma once
 #include <windows.h>
+#include <commctrl.h>
 #include <utility>
 
 namespace ky {
@@ -48,6 +49,8 @@ inline void CloseMenu(HMENU h) noexcept { ::DestroyMenu(h); }
 inline void CloseGdi(HGDIOBJ h) noexcept { ::DeleteObject(h); }
 inline void CloseModule(HMODULE h) noexcept { ::FreeLibrary(h); }
 inline void CloseLocal(HLOCAL h) noexcept { ::LocalFree(h); }
+inline void CloseImageList(HIMAGELIST h) noexcept { ::ImageList_Destroy(h); }
+inline void CloseDC(HDC h) noexcept { ::DeleteDC(h); }
 }  // namespace detail
 
 using UniqueHKey = UniqueAny<HKEY, detail::CloseKey>;
@@ -62,6 +65,10 @@ using UniqueHFont = UniqueAny<HFONT, detail::CloseGdi>;
 using UniqueHBrush = UniqueAny<HBRUSH, detail::CloseGdi>;
 using UniqueHModule = UniqueAny<HMODULE, detail::CloseModule>;
 using UniqueHLocal = UniqueAny<HLOCAL, detail::CloseLocal>;
+using UniqueHImageList = UniqueAny<HIMAGELIST, detail::CloseImageList>;
+using UniqueHBitmap = UniqueAny<HBITMAP, detail::CloseGdi>;
+// A memory device context of CreateCompatibleDC (not one of GetDC).
+using UniqueMemoryDC = UniqueAny<HDC, detail::CloseDC>;
 
 // Closes now and tells how it went, for the places where a failed close is
 // itself reported. The wrapper is empty afterwards either way.

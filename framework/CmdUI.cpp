@@ -16,6 +16,19 @@ void CmdUI::SetCheck(int state) {
         ::CheckMenuItem(m_hMenu, m_nIndex, MF_BYPOSITION | (state ? MF_CHECKED : MF_UNCHECKED));
 }
 
+void CmdUI::SetRadio(bool on) {
+    m_nCheck = on ? 1 : 0;
+    m_bHandled = true;
+    if (!m_hMenu) return;
+    MENUITEMINFOW mii{};
+    mii.cbSize = sizeof mii;
+    mii.fMask = MIIM_FTYPE | MIIM_STATE;
+    if (!::GetMenuItemInfoW(m_hMenu, m_nIndex, TRUE, &mii)) return;
+    mii.fType |= MFT_RADIOCHECK;
+    mii.fState = on ? (mii.fState | MFS_CHECKED) : (mii.fState & ~MFS_CHECKED);
+    ::SetMenuItemInfoW(m_hMenu, m_nIndex, TRUE, &mii);
+}
+
 void CmdUI::SetText(const wchar_t* text) {
     m_bHandled = true;
     if (!m_hMenu || !text) return;

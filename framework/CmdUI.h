@@ -14,6 +14,8 @@ public:
     virtual void Enable(bool on = true);
     virtual void SetCheck(int state = 1);
     virtual void SetText(const wchar_t* text);
+    // A check shown as a dot: one of a group of choices.
+    virtual void SetRadio(bool on = true);
 
     UINT m_nID;
     bool m_bEnabled = true;

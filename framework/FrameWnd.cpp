@@ -74,6 +74,13 @@ LRESULT FrameWnd::OnMessage(UINT msg, WPARAM w, LPARAM l) {
     case WM_SIZE:
         RecalcLayout();
         return 0;
+    case WM_NOTIFY:
+        if (auto* header = reinterpret_cast<NMHDR*>(l)) {
+            LRESULT result = 0;
+            WindowImpl* child = WindowImpl::FromHandle(header->hwndFrom);
+            if (child && child->OnReflectedNotify(*header, result)) return result;
+        }
+        break;
     case WM_CLOSE:
         OnClose();
         return 0;

@@ -30,6 +30,13 @@ public:
     // A message about to be dispatched to this window or one of its children;
     // true when it was handled here (an accelerator, a dialog key).
     virtual bool PreTranslateMessage(MSG& msg) { (void)msg; return false; }
+    // A notification this control sent its parent, handed back to the control's
+    // own object (as the framework reflects them); true when handled, with result.
+    virtual bool OnReflectedNotify(NMHDR& header, LRESULT& result) {
+        (void)header;
+        (void)result;
+        return false;
+    }
 
 protected:
     // Default: DefWindowProc, or the original procedure of a subclassed control.

@@ -40,17 +40,6 @@ bool IsCabinet(const wchar_t* path) {
 }
 }  // namespace
 
-bool KYjlpViewList::CreateView(fw::FrameWnd& frame, UINT id) {
-    RECT r{};
-    frame.GetClientRect(r);
-    HWND hwnd = CreateWindowExW(0, WC_LISTVIEWW, L"",
-                                WS_CHILD | WS_VISIBLE | WS_CLIPSIBLINGS | LVS_REPORT | LVS_SHAREIMAGELISTS,
-                                r.left, r.top, r.right - r.left, r.bottom - r.top, frame.Handle(),
-                                reinterpret_cast<HMENU>(static_cast<UINT_PTR>(id)),
-                                GetModuleHandleW(nullptr), nullptr);
-    return hwnd && Subclass(hwnd);
-}
-
 std::wstring KYjlpViewList::LaunchHint() const {
     KYjlpApp* app = TheApp();
     if (!app || !app->m_bStandalone) return fw::ResString(24652);

@@ -9,14 +9,54 @@
 #include "document/KYjlpItemList.h"
 #include "framework/View.h"
 
+class KYjutlRegistrar;
+struct KYjutlRegistrar_PREFS;
+struct LV_TEXTLINE;
+
 class KYjlpViewList : public fw::View {
 public:
     KYjlpViewList() = default;
     ~KYjlpViewList() override = default;
 
-    bool CreateView(fw::FrameWnd& frame, UINT id) override;
+    // View modes: the low two bits of the control's style.
+    enum ViewMode { kLargeIcons = 0, kDetails = 1, kSmallIcons = 2, kList = 3 };
+    static constexpr int kColumnCount = 9;
+    static constexpr int kFirstColumnId = 24698;
+    static constexpr int kNameColumnId = 24703;
+    // The sort of the rows: a column id and a direction (1 up, -1 down).
+    struct SortInfo {
+        int columnId = kNameColumnId;
+        int direction = 1;
+        bool iconsPlaced = false;  // icons stand where the user put them: not sorted away
+        const KYjlpItemList* items = nullptr;  // set during a sort only
+    };
 
+    bool CreateView(fw::FrameWnd& frame, UINT id) override;
+    void OnInitialUpdate() override;
+    bool OnCmdMsg(UINT id, fw::CmdUI* ui) override;
+    bool OnReflectedNotify(NMHDR& header, LRESULT& result) override;
+
+    // hint 0: the first fill; 1: the preferences were restored and apply to the rows there are.
+    void OnUpdate(int hint);
     int GetItemCount() const { return ListView_GetItemCount(m_hwnd); }
+    int ViewModeOf() const { return static_cast<int>(Style() & LVS_TYPEMASK); }
+    bool SetViewMode(int mode);
+    // how: 1 on, -1 off, 0 toggle; a single extended style bit below 256.
+    bool SetStyleBit(DWORD bit, int how);
+    bool SetHeaderShown(int how);
+    // Rows for the items of list (from start), column texts from the records.
+    bool PopulateList(const KYjlpItemList* list, POSITION start);
+    bool FormatColumnText(const LV_TEXTLINE* item, int id, wchar_t* buffer, size_t size);
+    bool SortItems(const KYjlpItemList* list);
+    static int CALLBACK CompareItems(LPARAM first, LPARAM second, LPARAM sort) noexcept;
+    // Gives the column ids in display order (-1 behind the last) for the preferences.
+    bool ObtainColumnOrder(int& count, int ids[kColumnCount]) const;
+    const SortInfo& Sort() const { return m_sort; }
+    bool HasIconsPlaced() const { return m_sort.iconsPlaced; }
+    const int* ColumnIds() const { return m_aColumnIds; }
+    // Every row's places in the two icon views, for the preferences.
+    bool SaveItemPositions(KYjutlRegistrar& registrar);
+    void OnOpenSelection();
 
     // All of one launch: check, start, hand the process over; true when started.
     // index names an item without a name.
@@ -33,8 +73,34 @@ public:
     // The command line's launch: no message loop follows the shell call.
     bool m_bLaunchWithoutUI = false;
 
+protected:
+    LRESULT OnMessage(UINT msg, WPARAM w, LPARAM l) override;
+
 private:
+    bool SetColumns(bool first);
+    bool ApplyPreferences(const KYjutlRegistrar_PREFS& prefs);
+    void PlaceSavedIcons(const KYjutlRegistrar_PREFS& prefs, bool& missing);
+    void SortForDisplay();
+    void MarkSortColumn();
+    bool OnItemActivate(const NMITEMACTIVATE& activate);
+    void OnColumnClick(int column);
+    void OnViewModeCommand(UINT id);
+    void OnUpdateViewMode(fw::CmdUI& ui);
+    void OnSortCommand(UINT id);
+    void OnStyleCommand(UINT id);
+    void OnUpdateStyle(fw::CmdUI& ui);
+    void OnOpenSelectionCommand(UINT id);
+    void OnUpdateOpenSelection(fw::CmdUI& ui);
+    void ReportStatus();
+    void RefreshRowTexts();
+    POSITION RowPosition(int row) const;
     void ShowBusy(UINT messageId, const std::wstring& name);
     void EndBusy();
     void QueueLaunchRequest(const wchar_t* name, HANDLE process);
+
+    bool m_bFirstFill = true;
+    int m_aColumnIds[kColumnCount] = {-1, -1, -1, -1, -1, -1, -1, -1, -1};
+    bool m_factsPresent = false;
+    std::wstring m_strDateFormat;
+    SortInfo m_sort;
 };
