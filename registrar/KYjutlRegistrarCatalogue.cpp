@@ -84,7 +84,9 @@ KYjutlRegistrar_FILEList* KYjutlRegistrar::ObtainInstalledApps() {
     if (CloseKey(installedApps) != ERROR_SUCCESS) RecordLateError(46);
     if (m_uError == 0) NameFileTypes();
     if (m_uError != 0) {
-        if (reached > 0) m_iErrorItem = static_cast<int>(reached);
+        // 0 when the read failed before its first entry: the caller learns that no
+        // entry was at fault.
+        m_iErrorItem = static_cast<int>(reached);
         ReleaseRegistrarFileList(m_pAppList);
         return nullptr;
     }

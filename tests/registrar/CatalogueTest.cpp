@@ -130,7 +130,7 @@ TEST_F(RegistrarTest, OnlyAppStopsAtItsCaseInsensitiveMatch) {
     EXPECT_EQ(registrar->m_uError, 0u);
 }
 
-TEST_F(RegistrarTest, MissingExePathFailsTheWholeCatalogueAndNamesTheEntry) {
+TEST_F(RegistrarTest, MissingExePathFailsTheWholeCatalogueAndNamesTheEntryReached) {
     LP_SET_STRING(kMachine, App(L"A First"), L"ExePath", L"C:\\a.exe");
     LP_SET_STRING(kMachine, App(L"B Second"), L"IconPath", L"C:\\b.ico");
     LP_SET_STRING(kMachine, App(L"C Third"), L"ExePath", L"C:\\c.exe");
@@ -141,6 +141,11 @@ TEST_F(RegistrarTest, MissingExePathFailsTheWholeCatalogueAndNamesTheEntry) {
     EXPECT_EQ(registrar->m_iErrorItem, 2);
     EXPECT_EQ(registrar->m_pAppList, nullptr);
     EXPECT_EQ(KYjutlRegistrar::SituationFromError(registrar->m_uError), 27259);
+
+    registrar->m_hInstance = nullptr;
+    EXPECT_EQ(registrar->ObtainInstalledApps(), nullptr);
+    EXPECT_EQ(registrar->m_uError, 258u);
+    EXPECT_EQ(registrar->m_iErrorItem, 0) << "a failure before the first entry names none reached";
 }
 
 TEST_F(RegistrarTest, ExePathLongerThanTheBufferIsARefusedEntry) {
