@@ -34,7 +34,11 @@ public:
     KYjutlRegistrar& operator=(const KYjutlRegistrar&) = delete;
 
     // Situation of a registrar number: 0 none, 27220 + n for 1 to 275, else 27218.
-    static int SituationFromError(uint32_t error) noexcept;
+    // The one place that maps them: the program reports registrar failures through it.
+    static constexpr int SituationFromError(uint32_t error) noexcept {
+        if (error == 0) return 0;
+        return error <= 275 ? 27220 + static_cast<int>(error) : 27218;
+    }
 
     // Core.
     bool Initialize(HMODULE resources, const wchar_t* domain, const wchar_t* user,
