@@ -42,7 +42,10 @@ TEST(KYbpmLog, FromTemplateWithRowsAndTail) {
 
     EXPECT_TRUE(monitor->respondToSituation(27036, 0, L"caf\u00e9 <b>", int32_t{-5}, uint32_t{7}, "a\"b"));
     monitor->forgetSituation();
-    EXPECT_TRUE(monitor->respondToSituation(27038, 0, L"<a href=\"Codes/WLE.html#5\">WLE5</a>", L"x\ny"));
+    // Only links to the code pages stay links: one an argument brings to another
+    // place is text.
+    EXPECT_TRUE(monitor->respondToSituation(27038, 0, L"<a href=\"Codes/WLE.html#5\">WLE5</a>",
+                                            L"<a href=\"//host/x\">x</a>\ny"));
     EXPECT_EQ(monitor->getSituationsCount(), 2);
 
     log = ReadFile(logFile);  // rows are there before the monitor ends
@@ -59,7 +62,9 @@ TEST(KYbpmLog, FromTemplateWithRowsAndTail) {
     EXPECT_NE(rows[0].find("Internal Error 42.036<br>Could not open caf\xC3\xA9 &lt;b&gt; (code -5, flags 7); "
                            "a&quot;b is missing."),
               std::string::npos);
-    EXPECT_NE(rows[1].find("Opened <a href=\"Codes/WLE.html#5\">WLE5</a> with x<br>y."), std::string::npos);
+    EXPECT_NE(rows[1].find("Opened <a href=\"Codes/WLE.html#5\">WLE5</a> with "
+                           "&lt;a href=&quot;//host/x&quot;&gt;x&lt;/a&gt;<br>y."),
+              std::string::npos);
 
     monitor.reset();
     log = ReadFile(logFile);
