@@ -144,6 +144,9 @@ private:
     // Catalogue helpers.
     void ReadAppRecord(HKEY appKey, KYjutlRegistrar_FILE& record);
     bool ObtainAppText(HKEY appKey, const wchar_t* subkey, const wchar_t* valueName);
+    // ObtainAppValue, telling the override chain how the close of the subkey went.
+    bool ReadAppValue(HKEY appKey, const wchar_t* subkey, const wchar_t* valueName, void* data,
+                      DWORD& size, LONG& closed);
     bool ObtainOverride(HKEY appKey, const wchar_t* valueName, void* data, DWORD& size, bool text);
     bool ObtainOverriddenText(HKEY appKey, const wchar_t* valueName, wchar_t*& field,
                               uint32_t expandError, uint32_t copyError, uint32_t unexpected,

@@ -218,6 +218,12 @@ bool KYjutlRegistrar::ExpandA() {
 
 bool KYjutlRegistrar::ObtainAppValue(HKEY appKey, const wchar_t* subkey, const wchar_t* valueName,
                                      void* data, DWORD& size) {
+    LONG closed = ERROR_SUCCESS;
+    return ReadAppValue(appKey, subkey, valueName, data, size, closed);
+}
+
+bool KYjutlRegistrar::ReadAppValue(HKEY appKey, const wchar_t* subkey, const wchar_t* valueName,
+                                   void* data, DWORD& size, LONG& closed) {
     const DWORD capacity = size;
     LONG win32 = ERROR_SUCCESS;
     ky::UniqueHKey overrideKey;
@@ -237,7 +243,7 @@ bool KYjutlRegistrar::ObtainAppValue(HKEY appKey, const wchar_t* subkey, const w
         if (win32 == ERROR_FILE_NOT_FOUND) throw uint32_t{32};
         if (win32 != ERROR_SUCCESS) throw uint32_t{35};
     });
-    LONG closed = CloseKey(overrideKey);
+    closed = CloseKey(overrideKey);
     if (closed != ERROR_SUCCESS) {
         if (win32 == ERROR_SUCCESS) win32 = closed;
         RecordLateError(30);
@@ -254,12 +260,16 @@ bool KYjutlRegistrar::ObtainOverride(HKEY appKey, const wchar_t* valueName, void
     const DWORD capacity = size;
     auto lookUp = [&](const wchar_t* subkey) {
         size = capacity;
-        if (ObtainAppValue(appKey, subkey, valueName, data, size)) {
-            if (!text || TerminateText(static_cast<wchar_t*>(data), size, capacity / sizeof(wchar_t)))
-                return true;
-        } else if (m_uError == 30) {
+        LONG closed = ERROR_SUCCESS;
+        const bool found = ReadAppValue(appKey, subkey, valueName, data, size, closed);
+        // A subkey that can't be closed stops the chain, whatever the look-up found:
+        // its own number (a missing value, say) must not hide the close.
+        if (closed != ERROR_SUCCESS) {
+            ClearErrors();
             throw uint32_t{30};
         }
+        if (found && (!text || TerminateText(static_cast<wchar_t*>(data), size, capacity / sizeof(wchar_t))))
+            return true;
         ClearErrors();  // missing key, missing value, unreadable value: all a miss
         return false;
     };
