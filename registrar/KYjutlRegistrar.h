@@ -148,9 +148,9 @@ private:
     bool ReadAppValue(HKEY appKey, const wchar_t* subkey, const wchar_t* valueName, void* data,
                       DWORD& size, LONG& closed);
     bool ObtainOverride(HKEY appKey, const wchar_t* valueName, void* data, DWORD& size, bool text);
-    bool ObtainOverriddenText(HKEY appKey, const wchar_t* valueName, wchar_t*& field,
-                              uint32_t expandError, uint32_t copyError, uint32_t unexpected,
-                              uint32_t marker);
+    struct OverrideChain;  // the value of one override chain and its numbers
+    bool ObtainOverriddenText(HKEY appKey, const OverrideChain& chain, wchar_t*& field);
+    void MarkChainFailure(const OverrideChain& chain) noexcept;
     bool ExpandA();
     void CollectInstalledApps(HKEY installedApps, uint32_t& reached);
     void NameFileTypes();

@@ -291,37 +291,56 @@ bool KYjutlRegistrar::ObtainOverride(HKEY appKey, const wchar_t* valueName, void
     return false;
 }
 
-bool KYjutlRegistrar::ObtainOverriddenText(HKEY appKey, const wchar_t* valueName, wchar_t*& field,
-                                           uint32_t expandError, uint32_t copyError,
-                                           uint32_t unexpected, uint32_t marker) {
-    Guard(unexpected, [&] {
+// The numbers of one override chain, each named once; 0 where the chain has no
+// such step.
+struct KYjutlRegistrar::OverrideChain {
+    const wchar_t* valueName;
+    uint32_t expandFailed;  // expanding the value found
+    uint32_t noMemory;      // copying it into the record
+    uint32_t outOfRange;    // a number the record can't take
+    uint32_t unexpected;    // an exception inside the chain
+    uint32_t marker;        // left in the detail when the chain fails with another number
+};
+
+void KYjutlRegistrar::MarkChainFailure(const OverrideChain& chain) noexcept {
+    if (m_uError != 0 && m_uError != chain.unexpected) m_uErrorDetail = chain.marker;
+}
+
+bool KYjutlRegistrar::ObtainOverriddenText(HKEY appKey, const OverrideChain& chain, wchar_t*& field) {
+    Guard(chain.unexpected, [&] {
         DWORD size = m_cbA;
-        if (!ObtainOverride(appKey, valueName, m_wszA, size, true)) return;
-        if (!ExpandA()) throw expandError;
+        if (!ObtainOverride(appKey, chain.valueName, m_wszA, size, true)) return;
+        if (!ExpandA()) throw chain.expandFailed;
         field = _wcsdup(m_wszA);
-        if (!field) throw copyError;
+        if (!field) throw chain.noMemory;
     });
-    if (m_uError != 0 && m_uError != unexpected) m_uErrorDetail = marker;
+    MarkChainFailure(chain);
     return m_uError == 0;
 }
 
 bool KYjutlRegistrar::ObtainAppCmdLineOptions(HKEY appKey, KYjutlRegistrar_FILE& record) {
-    return ObtainOverriddenText(appKey, L"CmdLineOptions", record.pszCmdLineOptions, 12, 19, 13, 14);
+    static constexpr OverrideChain chain{.valueName = L"CmdLineOptions", .expandFailed = 12, .noMemory = 19,
+                                         .outOfRange = 0, .unexpected = 13, .marker = 14};
+    return ObtainOverriddenText(appKey, chain, record.pszCmdLineOptions);
 }
 
 bool KYjutlRegistrar::ObtainAppStartDirectory(HKEY appKey, KYjutlRegistrar_FILE& record) {
-    return ObtainOverriddenText(appKey, L"StartDirectory", record.pszStartDirectory, 15, 20, 16, 17);
+    static constexpr OverrideChain chain{.valueName = L"StartDirectory", .expandFailed = 15, .noMemory = 20,
+                                         .outOfRange = 0, .unexpected = 16, .marker = 17};
+    return ObtainOverriddenText(appKey, chain, record.pszStartDirectory);
 }
 
 bool KYjutlRegistrar::ObtainAppStartState(HKEY appKey, KYjutlRegistrar_FILE& record) {
-    Guard(40, [&] {
+    static constexpr OverrideChain chain{.valueName = L"StartState", .expandFailed = 0, .noMemory = 0,
+                                         .outOfRange = 42, .unexpected = 40, .marker = 41};
+    Guard(chain.unexpected, [&] {
         DWORD size = sizeof m_dwScratch2;
-        if (!ObtainOverride(appKey, L"StartState", &m_dwScratch2, size, false)) return;
+        if (!ObtainOverride(appKey, chain.valueName, &m_dwScratch2, size, false)) return;
         int state = static_cast<int>(m_dwScratch2);
-        if (state < 0 || state >= 3) throw uint32_t{42};
+        if (state < 0 || state >= 3) throw chain.outOfRange;
         record.iStartState = state;
     });
-    if (m_uError != 0 && m_uError != 40) m_uErrorDetail = 41;
+    MarkChainFailure(chain);
     return m_uError == 0;
 }
 
