@@ -1,4 +1,6 @@
 // The store as a whole: deleted, saved to a hive file and restored from one.
+#include <utility>
+
 #include "foundation/UniqueHandle.h"
 #include "tests/registrar/RegistrarTestSupport.h"
 
@@ -60,6 +62,27 @@ TEST_F(RegistrarTest, AnEmptyStoreIsRestoredWithoutMountingItsHive) {
     registrar->m_pszRestoreFile = file.c_str();
     EXPECT_TRUE(registrar->ObtainPreferences()) << registrar->m_uError << " " << registrar->m_uErrorDetail;
     EXPECT_EQ(CountEntries(kUser, kStandardStore), 0);
+}
+
+TEST_F(RegistrarTest, ARelativeRestoreFileIsFoundFromTheCurrentFolder) {
+    FillStore();
+    const StoreDump original = DumpKey(kUser, kStandardStore);
+    lptest::TempDir dir;
+    ASSERT_TRUE(CreateDirectoryW((dir / L"saved").c_str(), nullptr));
+    auto registrar = Started();
+    ASSERT_TRUE(registrar->BackupPreferences((dir / L"saved\\prefs.hiv").c_str())) << registrar->m_uError;
+    wchar_t previous[MAX_PATH];
+    ASSERT_GT(GetCurrentDirectoryW(MAX_PATH, previous), 0u);
+    for (const auto& [folder, name] : {std::pair{dir.path(), L"saved\\prefs.hiv"},
+                                       std::pair{dir / L"saved", L"prefs.hiv"}}) {
+        lptest::DeleteTree(kUser, kStandardStore);
+        ASSERT_TRUE(SetCurrentDirectoryW(folder.c_str()));
+        registrar->m_pszRestoreFile = name;
+        const bool restored = registrar->ObtainPreferences();
+        SetCurrentDirectoryW(previous);
+        EXPECT_TRUE(restored) << lptest::Narrow(name) << ": " << registrar->m_uError;
+        EXPECT_EQ(DumpKey(kUser, kStandardStore), original) << lptest::Narrow(name);
+    }
 }
 
 TEST_F(RegistrarTest, MissingRestoreFileLeavesTheOldStore) {
