@@ -57,7 +57,8 @@ TEST_F(RegistrarTest, AnEmptyStoreIsRestoredWithoutMountingItsHive) {
     FillStore();
     // Another reader of the file: mounting the hive, which wants the file to
     // itself, would fail now.
-    ky::UniqueFile reader(CreateFileW(file.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr));
+    ky::UniqueFile reader(
+        CreateFileW(file.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr));
     ASSERT_TRUE(reader);
     registrar->m_pszRestoreFile = file.c_str();
     EXPECT_TRUE(registrar->ObtainPreferences()) << registrar->m_uError << " " << registrar->m_uErrorDetail;
