@@ -132,11 +132,7 @@ int KYjlpApp::EstablishProgramStatus() {
     return number;
 }
 
-int KYjlpApp::MapRegistrarError(uint32_t code) {
-    if (code == 0) return 0;
-    if (code <= 275) return 27220 + static_cast<int>(code);
-    return 27218;
-}
+int KYjlpApp::MapRegistrarError(uint32_t code) { return KYjutlRegistrar::SituationFromError(code); }
 
 const std::wstring& KYjlpApp::FormatCode(uint32_t code, UINT formatId, std::wstring& out) {
     out.clear();

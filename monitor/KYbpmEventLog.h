@@ -10,10 +10,14 @@
 
 class KYbpmEventLog {
 public:
-    // False when the event log could not be reached.
+    // False when the event log could not be reached. The situation's number is
+    // read in the text's code line, not in the entry's event id.
     bool report(KYbpmKind kind, int number, const std::wstring& text);
 
 private:
+    // Names the program as the source's message file when no existing file is
+    // named yet, so that the event viewer shows each entry's text as it stands.
+    static void registerSource();
     static void Deregister(HANDLE source) noexcept { ::DeregisterEventSource(source); }
     ky::UniqueAny<HANDLE, &KYbpmEventLog::Deregister> m_source;
 };

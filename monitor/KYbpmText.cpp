@@ -81,8 +81,26 @@ std::wstring HtmlEscape(const std::wstring& text) {
 
 namespace {
 
-// A code link at text[at]: <a href="target">label</a>, with a relative target
-// (no scheme) and a label without markup. Returns its length, 0 when none.
+bool IsAsciiAlnum(wchar_t c) {
+    return (c >= L'a' && c <= L'z') || (c >= L'A' && c <= L'Z') || (c >= L'0' && c <= L'9');
+}
+
+// A page of the code pages beside the log: "Codes/" and a file name, with an
+// anchor perhaps. Arguments can carry catalogue and item names, so anything else
+// (a scheme, "//host", a way up) must not become a link in the log.
+bool IsCodePage(const std::wstring& target) {
+    static const std::wstring folder = L"Codes/";
+    if (target.compare(0, folder.size(), folder) != 0 || target.size() == folder.size()) return false;
+    if (!IsAsciiAlnum(target[folder.size()])) return false;
+    for (size_t i = folder.size(); i < target.size(); ++i) {
+        const wchar_t c = target[i];
+        if (!IsAsciiAlnum(c) && c != L'.' && c != L'_' && c != L'-' && c != L'#') return false;
+    }
+    return true;
+}
+
+// A code link at text[at]: <a href="target">label</a>, with a code page as its
+// target and a label without markup. Returns its length, 0 when none.
 size_t MatchLink(const std::wstring& text, size_t at, std::wstring& target, std::wstring& label) {
     static const std::wstring open = L"<a href=\"";
     if (text.compare(at, open.size(), open) != 0) return 0;
@@ -90,7 +108,7 @@ size_t MatchLink(const std::wstring& text, size_t at, std::wstring& target, std:
     const size_t targetEnd = text.find(L"\">", targetStart);
     if (targetEnd == std::wstring::npos) return 0;
     target = text.substr(targetStart, targetEnd - targetStart);
-    if (target.empty() || target.find_first_of(L"\"<>:") != std::wstring::npos) return 0;
+    if (!IsCodePage(target)) return 0;
     const size_t labelStart = targetEnd + 2;
     const size_t labelEnd = text.find(L"</a>", labelStart);
     if (labelEnd == std::wstring::npos) return 0;

@@ -50,12 +50,6 @@ KYjutlRegistrar::~KYjutlRegistrar() {
     m_keyPreferences.reset();
 }
 
-int KYjutlRegistrar::SituationFromError(uint32_t error) noexcept {
-    if (error == 0) return 0;
-    if (error <= 275) return 27220 + static_cast<int>(error);
-    return 27218;
-}
-
 void KYjutlRegistrar::ClearErrors() noexcept {
     m_uError = 0;
     m_uErrorDetail = 0;

@@ -34,7 +34,11 @@ public:
     KYjutlRegistrar& operator=(const KYjutlRegistrar&) = delete;
 
     // Situation of a registrar number: 0 none, 27220 + n for 1 to 275, else 27218.
-    static int SituationFromError(uint32_t error) noexcept;
+    // The one place that maps them: the program reports registrar failures through it.
+    static constexpr int SituationFromError(uint32_t error) noexcept {
+        if (error == 0) return 0;
+        return error <= 275 ? 27220 + static_cast<int>(error) : 27218;
+    }
 
     // Core.
     bool Initialize(HMODULE resources, const wchar_t* domain, const wchar_t* user,
@@ -140,10 +144,13 @@ private:
     // Catalogue helpers.
     void ReadAppRecord(HKEY appKey, KYjutlRegistrar_FILE& record);
     bool ObtainAppText(HKEY appKey, const wchar_t* subkey, const wchar_t* valueName);
+    // ObtainAppValue, telling the override chain how the close of the subkey went.
+    bool ReadAppValue(HKEY appKey, const wchar_t* subkey, const wchar_t* valueName, void* data,
+                      DWORD& size, LONG& closed);
     bool ObtainOverride(HKEY appKey, const wchar_t* valueName, void* data, DWORD& size, bool text);
-    bool ObtainOverriddenText(HKEY appKey, const wchar_t* valueName, wchar_t*& field,
-                              uint32_t expandError, uint32_t copyError, uint32_t unexpected,
-                              uint32_t marker);
+    struct OverrideChain;  // the value of one override chain and its numbers
+    bool ObtainOverriddenText(HKEY appKey, const OverrideChain& chain, wchar_t*& field);
+    void MarkChainFailure(const OverrideChain& chain) noexcept;
     bool ExpandA();
     void CollectInstalledApps(HKEY installedApps, uint32_t& reached);
     void NameFileTypes();

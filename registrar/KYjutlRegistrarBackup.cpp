@@ -2,7 +2,10 @@
 // one; the privileges those need; and the switch between the two stores.
 #include "registrar/KYjutlRegistrar.h"
 
+#include <algorithm>
+#include <cstring>
 #include <cwchar>
+#include <string>
 
 #include "registrar/RegistrarText.h"
 
@@ -25,6 +28,59 @@ RegDeleteKeyExFn DeleteKeyEx() {
     return function;
 }
 
+// Reads a file whole when it is small enough to be an empty hive; false when it
+// can't be read or is larger.
+bool ReadSmallFile(const wchar_t* file, std::string& bytes) {
+    constexpr LONGLONG kLargest = 1 << 20;
+    ky::UniqueFile handle(CreateFileW(file, GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
+                                      OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
+    LARGE_INTEGER size{};
+    if (!handle || !GetFileSizeEx(handle.get(), &size) || size.QuadPart > kLargest) return false;
+    bytes.resize(static_cast<size_t>(size.QuadPart));
+    if (bytes.empty()) return true;
+    DWORD read = 0;
+    const DWORD wanted = static_cast<DWORD>(bytes.size());
+    return ReadFile(handle.get(), bytes.data(), wanted, &read, nullptr) && read == wanted;
+}
+
+uint32_t ReadU32(const std::string& bytes, size_t at) {
+    uint32_t value = 0;
+    memcpy(&value, bytes.data() + at, sizeof value);
+    return value;
+}
+
+// A hive in the system's own format: the root key's cell, found through the
+// header, counts its subkeys and values.
+bool SystemHiveHoldsEntries(const std::string& bytes) {
+    constexpr size_t kFirstBin = 0x1000, kRootCell = 0x24;  // in the header
+    constexpr size_t kSubkeys = 0x18, kValues = 0x28;       // in the root key's cell
+    if (bytes.size() < kRootCell + 4) return true;
+    const size_t root = kFirstBin + ReadU32(bytes, kRootCell);
+    if (root + kValues + 4 > bytes.size() || bytes.compare(root + 4, 2, "nk") != 0) return true;
+    return ReadU32(bytes, root + kSubkeys) != 0 || ReadU32(bytes, root + kValues) != 0;
+}
+
+// A hive in Wine's text format: "[]" heads the root key; any other key line or
+// any value line is an entry.
+bool WineHiveHoldsEntries(const std::string& text) {
+    for (size_t at = 0; at < text.size();) {
+        const size_t end = std::min(text.find('\n', at), text.size());
+        if (text[at] == '"' || text[at] == '@') return true;
+        if (text[at] == '[' && at + 1 < end && text[at + 1] != ']') return true;
+        at = end + 1;
+    }
+    return false;
+}
+
+// False only for a hive known to hold nothing; a file that can't be read or
+// isn't a hive of a known format may hold anything.
+bool HiveMayHoldEntries(const wchar_t* file) {
+    std::string bytes;
+    if (!ReadSmallFile(file, bytes)) return true;
+    if (bytes.compare(0, 4, "regf") == 0) return SystemHiveHoldsEntries(bytes);
+    if (bytes.compare(0, 23, "WINE REGISTRY Version 2") == 0) return WineHiveHoldsEntries(bytes);
+    return true;
+}
 
 }  // namespace
 
@@ -128,9 +184,12 @@ void KYjutlRegistrar::LocateRestoreFile(wchar_t* fullPath, DWORD capacity) {
 LONG KYjutlRegistrar::LoadHiveIntoStore(const wchar_t* file) {
     LONG rc = RegRestoreKeyW(m_keyPreferences.get(), file, 0);
     if (rc != ERROR_SUCCESS) return rc;
-    // Some registries (Wine's) answer a restore with success and restore nothing:
-    // then the hive is loaded beside the users' hives and copied into the store.
-    return StoreIsEmpty() ? CopyHiveIntoStore(file) : ERROR_SUCCESS;
+    // Wine answers a restore with success and restores nothing: there a hive with
+    // entries is loaded beside the users' hives and copied into the store. Where
+    // the restore works, an empty store came from an empty hive, and mounting it
+    // again could only turn a good restore into a failure.
+    if (!StoreIsEmpty() || !HiveMayHoldEntries(file)) return ERROR_SUCCESS;
+    return CopyHiveIntoStore(file);
 }
 
 bool KYjutlRegistrar::StoreIsEmpty() const {

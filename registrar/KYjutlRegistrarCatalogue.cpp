@@ -84,7 +84,9 @@ KYjutlRegistrar_FILEList* KYjutlRegistrar::ObtainInstalledApps() {
     if (CloseKey(installedApps) != ERROR_SUCCESS) RecordLateError(46);
     if (m_uError == 0) NameFileTypes();
     if (m_uError != 0) {
-        if (reached > 0) m_iErrorItem = static_cast<int>(reached);
+        // 0 when the read failed before its first entry: the caller learns that no
+        // entry was at fault.
+        m_iErrorItem = static_cast<int>(reached);
         ReleaseRegistrarFileList(m_pAppList);
         return nullptr;
     }
@@ -216,6 +218,12 @@ bool KYjutlRegistrar::ExpandA() {
 
 bool KYjutlRegistrar::ObtainAppValue(HKEY appKey, const wchar_t* subkey, const wchar_t* valueName,
                                      void* data, DWORD& size) {
+    LONG closed = ERROR_SUCCESS;
+    return ReadAppValue(appKey, subkey, valueName, data, size, closed);
+}
+
+bool KYjutlRegistrar::ReadAppValue(HKEY appKey, const wchar_t* subkey, const wchar_t* valueName,
+                                   void* data, DWORD& size, LONG& closed) {
     const DWORD capacity = size;
     LONG win32 = ERROR_SUCCESS;
     ky::UniqueHKey overrideKey;
@@ -235,7 +243,7 @@ bool KYjutlRegistrar::ObtainAppValue(HKEY appKey, const wchar_t* subkey, const w
         if (win32 == ERROR_FILE_NOT_FOUND) throw uint32_t{32};
         if (win32 != ERROR_SUCCESS) throw uint32_t{35};
     });
-    LONG closed = CloseKey(overrideKey);
+    closed = CloseKey(overrideKey);
     if (closed != ERROR_SUCCESS) {
         if (win32 == ERROR_SUCCESS) win32 = closed;
         RecordLateError(30);
@@ -252,12 +260,16 @@ bool KYjutlRegistrar::ObtainOverride(HKEY appKey, const wchar_t* valueName, void
     const DWORD capacity = size;
     auto lookUp = [&](const wchar_t* subkey) {
         size = capacity;
-        if (ObtainAppValue(appKey, subkey, valueName, data, size)) {
-            if (!text || TerminateText(static_cast<wchar_t*>(data), size, capacity / sizeof(wchar_t)))
-                return true;
-        } else if (m_uError == 30) {
+        LONG closed = ERROR_SUCCESS;
+        const bool found = ReadAppValue(appKey, subkey, valueName, data, size, closed);
+        // A subkey that can't be closed stops the chain, whatever the look-up found:
+        // its own number (a missing value, say) must not hide the close.
+        if (closed != ERROR_SUCCESS) {
+            ClearErrors();
             throw uint32_t{30};
         }
+        if (found && (!text || TerminateText(static_cast<wchar_t*>(data), size, capacity / sizeof(wchar_t))))
+            return true;
         ClearErrors();  // missing key, missing value, unreadable value: all a miss
         return false;
     };
@@ -279,37 +291,56 @@ bool KYjutlRegistrar::ObtainOverride(HKEY appKey, const wchar_t* valueName, void
     return false;
 }
 
-bool KYjutlRegistrar::ObtainOverriddenText(HKEY appKey, const wchar_t* valueName, wchar_t*& field,
-                                           uint32_t expandError, uint32_t copyError,
-                                           uint32_t unexpected, uint32_t marker) {
-    Guard(unexpected, [&] {
+// The numbers of one override chain, each named once; 0 where the chain has no
+// such step.
+struct KYjutlRegistrar::OverrideChain {
+    const wchar_t* valueName;
+    uint32_t expandFailed;  // expanding the value found
+    uint32_t noMemory;      // copying it into the record
+    uint32_t outOfRange;    // a number the record can't take
+    uint32_t unexpected;    // an exception inside the chain
+    uint32_t marker;        // left in the detail when the chain fails with another number
+};
+
+void KYjutlRegistrar::MarkChainFailure(const OverrideChain& chain) noexcept {
+    if (m_uError != 0 && m_uError != chain.unexpected) m_uErrorDetail = chain.marker;
+}
+
+bool KYjutlRegistrar::ObtainOverriddenText(HKEY appKey, const OverrideChain& chain, wchar_t*& field) {
+    Guard(chain.unexpected, [&] {
         DWORD size = m_cbA;
-        if (!ObtainOverride(appKey, valueName, m_wszA, size, true)) return;
-        if (!ExpandA()) throw expandError;
+        if (!ObtainOverride(appKey, chain.valueName, m_wszA, size, true)) return;
+        if (!ExpandA()) throw chain.expandFailed;
         field = _wcsdup(m_wszA);
-        if (!field) throw copyError;
+        if (!field) throw chain.noMemory;
     });
-    if (m_uError != 0 && m_uError != unexpected) m_uErrorDetail = marker;
+    MarkChainFailure(chain);
     return m_uError == 0;
 }
 
 bool KYjutlRegistrar::ObtainAppCmdLineOptions(HKEY appKey, KYjutlRegistrar_FILE& record) {
-    return ObtainOverriddenText(appKey, L"CmdLineOptions", record.pszCmdLineOptions, 12, 19, 13, 14);
+    static constexpr OverrideChain chain{.valueName = L"CmdLineOptions", .expandFailed = 12, .noMemory = 19,
+                                         .outOfRange = 0, .unexpected = 13, .marker = 14};
+    return ObtainOverriddenText(appKey, chain, record.pszCmdLineOptions);
 }
 
 bool KYjutlRegistrar::ObtainAppStartDirectory(HKEY appKey, KYjutlRegistrar_FILE& record) {
-    return ObtainOverriddenText(appKey, L"StartDirectory", record.pszStartDirectory, 15, 20, 16, 17);
+    static constexpr OverrideChain chain{.valueName = L"StartDirectory", .expandFailed = 15, .noMemory = 20,
+                                         .outOfRange = 0, .unexpected = 16, .marker = 17};
+    return ObtainOverriddenText(appKey, chain, record.pszStartDirectory);
 }
 
 bool KYjutlRegistrar::ObtainAppStartState(HKEY appKey, KYjutlRegistrar_FILE& record) {
-    Guard(40, [&] {
+    static constexpr OverrideChain chain{.valueName = L"StartState", .expandFailed = 0, .noMemory = 0,
+                                         .outOfRange = 42, .unexpected = 40, .marker = 41};
+    Guard(chain.unexpected, [&] {
         DWORD size = sizeof m_dwScratch2;
-        if (!ObtainOverride(appKey, L"StartState", &m_dwScratch2, size, false)) return;
+        if (!ObtainOverride(appKey, chain.valueName, &m_dwScratch2, size, false)) return;
         int state = static_cast<int>(m_dwScratch2);
-        if (state < 0 || state >= 3) throw uint32_t{42};
+        if (state < 0 || state >= 3) throw chain.outOfRange;
         record.iStartState = state;
     });
-    if (m_uError != 0 && m_uError != 40) m_uErrorDetail = 41;
+    MarkChainFailure(chain);
     return m_uError == 0;
 }
 

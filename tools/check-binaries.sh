@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Checks what the shipped binaries are: LaunchPanel.exe a 64-bit GUI program that
-# imports only Windows system DLLs and carries its manifest and icon; lp.dll
-# resources only, with no code to run and nothing imported.
+# imports only Windows system DLLs and carries its manifest, icon and event log
+# message table; lp.dll resources only, with no code to run and nothing imported.
 #   tools/check-binaries.sh build/bin
 set -u
 bin=${1:?folder of LaunchPanel.exe and lp.dll}
@@ -22,6 +22,7 @@ resources=$(x86_64-w64-mingw32-windres -i "$exe" -O rc 2>/dev/null)
 grep -q 'MANIFEST' <<<"$resources" || grep -q '^1 24' <<<"$resources" || fail "LaunchPanel.exe has no manifest"
 grep -q 'common-controls\|Common-Controls' <<<"$resources" || fail "the manifest does not ask for common controls 6"
 grep -q '^128 14 ' <<<"$resources" || fail "LaunchPanel.exe has no icon 128"
+grep -q '^1 11 ' <<<"$resources" || fail "LaunchPanel.exe has no message table for its event log entries"
 
 lib="$bin/lp.dll"
 libheaders=$($objdump -p "$lib") || { fail "cannot read $lib"; exit 1; }

@@ -1,8 +1,7 @@
-// ky::SystemTime: fields of a given moment, the present, and the text form used
-// inside file names.
+// ky::SystemTime: fields of a given moment and the text form used inside file
+// names.
 #include <gtest/gtest.h>
 
-#include <ctime>
 #include <string>
 
 #include "foundation/SystemTime.h"
@@ -21,14 +20,6 @@ TEST(SystemTime, MonthOneIsJanuary) {
     const ky::SystemTime december(kMidDecember2024);
     EXPECT_EQ(12, december.Month());
     EXPECT_EQ(kMidJanuary2024, static_cast<int64_t>(january));
-}
-
-TEST(SystemTime, PresentMomentLiesBetweenTwoReadings) {
-    const int64_t before = _time64(nullptr);
-    const ky::SystemTime now;
-    const int64_t after = _time64(nullptr);
-    EXPECT_LE(before, static_cast<int64_t>(now));
-    EXPECT_GE(after, static_cast<int64_t>(now));
 }
 
 TEST(SystemTime, TextFormIsPaddedAndSafeInFileNames) {

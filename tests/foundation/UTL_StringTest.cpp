@@ -6,7 +6,6 @@
 
 #include <string>
 
-#include "foundation/UTL_Exception.h"
 #include "foundation/UTL_String.h"
 
 namespace {
@@ -264,13 +263,6 @@ TEST(UTL_StringLength, EncodedLengthAndItsBadTarget) {
     EXPECT_EQ(0u, UTL_String().EncodedLength(2));
     EXPECT_EQ(4, CodeOf([] { UTL_String("abc").EncodedLength(3); }));
     EXPECT_EQ(4, CodeOf([] { UTL_String().EncodedLength(0); }));
-}
-
-TEST(UTL_Exception, CarriesItsCode) {
-    EXPECT_EQ(0, UTL_Exception().Code());
-    const UTL_Exception original(11);
-    const UTL_Exception copy(original);
-    EXPECT_EQ(11, copy.Code());
 }
 
 }  // namespace

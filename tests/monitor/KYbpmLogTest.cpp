@@ -3,7 +3,9 @@
 // the built-in page, the text form, and what each level shows.
 #include <gtest/gtest.h>
 
+#include "EventLogMessages.h"
 #include "MonitorTestSupport.h"
+#include "foundation/UniqueHandle.h"
 #include "monitor/KYbpmSelfCode.h"
 #include "tests/support/TestSupport.h"
 
@@ -42,7 +44,10 @@ TEST(KYbpmLog, FromTemplateWithRowsAndTail) {
 
     EXPECT_TRUE(monitor->respondToSituation(27036, 0, L"caf\u00e9 <b>", int32_t{-5}, uint32_t{7}, "a\"b"));
     monitor->forgetSituation();
-    EXPECT_TRUE(monitor->respondToSituation(27038, 0, L"<a href=\"Codes/WLE.html#5\">WLE5</a>", L"x\ny"));
+    // Only links to the code pages stay links: one an argument brings to another
+    // place is text.
+    EXPECT_TRUE(monitor->respondToSituation(27038, 0, L"<a href=\"Codes/WLE.html#5\">WLE5</a>",
+                                            L"<a href=\"//host/x\">x</a>\ny"));
     EXPECT_EQ(monitor->getSituationsCount(), 0) << "both were taken: none stands";
 
     log = ReadFile(logFile);  // rows are there before the monitor ends
@@ -59,7 +64,9 @@ TEST(KYbpmLog, FromTemplateWithRowsAndTail) {
     EXPECT_NE(rows[0].find("Internal Error 42.036<br>Could not open caf\xC3\xA9 &lt;b&gt; (code -5, flags 7); "
                            "a&quot;b is missing."),
               std::string::npos);
-    EXPECT_NE(rows[1].find("Opened <a href=\"Codes/WLE.html#5\">WLE5</a> with x<br>y."), std::string::npos);
+    EXPECT_NE(rows[1].find("Opened <a href=\"Codes/WLE.html#5\">WLE5</a> with "
+                           "&lt;a href=&quot;//host/x&quot;&gt;x&lt;/a&gt;<br>y."),
+              std::string::npos);
 
     monitor.reset();
     log = ReadFile(logFile);
@@ -212,12 +219,29 @@ TEST(KYbpmLog, CriteriaAtRunTime) {
 }
 
 TEST(KYbpmLog, InsideASessionTheEventLogTakesTheEntries) {
+    const std::wstring source = L"SYSTEM\\CurrentControlSet\\Services\\EventLog\\Application\\Launch Panel";
+    lptest::DeleteTree(HKEY_LOCAL_MACHINE, source);
     const int64_t session = KYbpmCriteria::kInSession | KYbpmCriteria::kSessionLog;
     auto monitor = MakeMonitor({.criteria = session | KYbpmCriteria::kUnattended});
     ASSERT_TRUE(monitor);
     EXPECT_EQ(monitor->canRespondToSituations(), KYbpm_FUZZY_CHOICE::Unsure);
     EXPECT_TRUE(monitor->respondToSituation(27101, 0, L"P1"));
     EXPECT_TRUE(monitor->isSituationNormal()) << "a situation that was taken is over";
+
+    // The source names a message file whose message shows an entry's text as it stands.
+    std::wstring file;
+    ASSERT_TRUE(lptest::GetString(HKEY_LOCAL_MACHINE, source, L"EventMessageFile", file));
+    wchar_t expanded[MAX_PATH];
+    ASSERT_GT(ExpandEnvironmentStringsW(file.c_str(), expanded, MAX_PATH), 0u);
+    ky::UniqueHModule messages(LoadLibraryExW(expanded, nullptr, LOAD_LIBRARY_AS_DATAFILE));
+    ASSERT_TRUE(messages) << lptest::Narrow(expanded);
+    const wchar_t* text = L"Internal Error 42.101\nPrinter P1 was added, 100% %2.";
+    DWORD_PTR inserts[] = {reinterpret_cast<DWORD_PTR>(text)};
+    wchar_t shown[256] = {};
+    EXPECT_GT(FormatMessageW(FORMAT_MESSAGE_FROM_HMODULE | FORMAT_MESSAGE_ARGUMENT_ARRAY, messages.get(),
+                             LP_EVENT_SITUATION, 0, shown, 256, reinterpret_cast<va_list*>(inserts)),
+              0u);
+    EXPECT_STREQ(shown, text);
 
     auto quiet = MakeMonitor({.criteria = session | KYbpmCriteria::kUnattended | KYbpmCriteria::kNoLog});
     ASSERT_TRUE(quiet);

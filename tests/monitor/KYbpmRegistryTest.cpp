@@ -43,13 +43,3 @@ TEST_F(KYbpmRegistry, UpdateAddsTheRegistrysBitsToTheData) {
         << "unattended, and the session's event log bit kept";
     EXPECT_FALSE(KYbpmDataQRW::updateBehaviorCriteria(nullptr));
 }
-
-TEST_F(KYbpmRegistry, LogByteLimit) {
-    EXPECT_EQ(KYbpmDataQRW::obtainLogFileByteCountLimit(), 4u * 1024u * 1024u);
-    LP_SET_DWORD(HKEY_LOCAL_MACHINE, kServerKey, L"PM_LogFileByteLimit", 1000);
-    EXPECT_EQ(KYbpmDataQRW::obtainLogFileByteCountLimit(), 64u * 1024u);
-    LP_SET_DWORD(HKEY_LOCAL_MACHINE, kServerKey, L"PM_LogFileByteLimit", 200000);
-    EXPECT_EQ(KYbpmDataQRW::obtainLogFileByteCountLimit(), 200000u);
-    LP_SET_DWORD(HKEY_LOCAL_MACHINE, kServerKey, L"PM_LogFileByteLimit", 0);
-    EXPECT_EQ(KYbpmDataQRW::obtainLogFileByteCountLimit(), 4u * 1024u * 1024u);
-}

@@ -114,15 +114,4 @@ TEST(Utf8Encode, BufferTooSmallIsInvalid) {
     EXPECT_EQ(0, ky::utf8::EncodeText(text.data(), 0, nullptr, 0));
 }
 
-TEST(Utf8Codec, EveryCodeUnitSurvivesARoundTrip) {
-    for (unsigned unit = 0; unit <= 0xFFFF; ++unit) {
-        unsigned char bytes[3];
-        const int written = ky::utf8::EncodeChar(static_cast<char16_t>(unit), bytes, sizeof bytes);
-        ASSERT_GT(written, 0) << unit;
-        char16_t back = 0;
-        ASSERT_EQ(written, ky::utf8::DecodeChar(bytes, static_cast<size_t>(written), &back)) << unit;
-        ASSERT_EQ(unit, static_cast<unsigned>(back));
-    }
-}
-
 }  // namespace

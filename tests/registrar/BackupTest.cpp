@@ -1,4 +1,7 @@
 // The store as a whole: deleted, saved to a hive file and restored from one.
+#include <utility>
+
+#include "foundation/UniqueHandle.h"
 #include "tests/registrar/RegistrarTestSupport.h"
 
 using namespace regtest;
@@ -43,6 +46,44 @@ TEST_F(RegistrarTest, BackupThenRestoreGivesTheSameStoreBack) {
     EXPECT_EQ(p.uSortColumnId, 24705u);
     EXPECT_EQ(p.pItemPositions->size(), 1u);
     EXPECT_TRUE(p.bItemsPlaced);
+}
+
+TEST_F(RegistrarTest, AnEmptyStoreIsRestoredWithoutMountingItsHive) {
+    LP_CREATE_KEY(kUser, kStandardStore);
+    lptest::TempDir dir;
+    const std::wstring file = dir / L"empty.hiv";
+    auto registrar = Started();
+    ASSERT_TRUE(registrar->BackupPreferences(file.c_str())) << registrar->m_uError;
+    FillStore();
+    // Another reader of the file: mounting the hive, which wants the file to
+    // itself, would fail now.
+    ky::UniqueFile reader(
+        CreateFileW(file.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr));
+    ASSERT_TRUE(reader);
+    registrar->m_pszRestoreFile = file.c_str();
+    EXPECT_TRUE(registrar->ObtainPreferences()) << registrar->m_uError << " " << registrar->m_uErrorDetail;
+    EXPECT_EQ(CountEntries(kUser, kStandardStore), 0);
+}
+
+TEST_F(RegistrarTest, ARelativeRestoreFileIsFoundFromTheCurrentFolder) {
+    FillStore();
+    const StoreDump original = DumpKey(kUser, kStandardStore);
+    lptest::TempDir dir;
+    ASSERT_TRUE(CreateDirectoryW((dir / L"saved").c_str(), nullptr));
+    auto registrar = Started();
+    ASSERT_TRUE(registrar->BackupPreferences((dir / L"saved\\prefs.hiv").c_str())) << registrar->m_uError;
+    wchar_t previous[MAX_PATH];
+    ASSERT_GT(GetCurrentDirectoryW(MAX_PATH, previous), 0u);
+    for (const auto& [folder, name] : {std::pair{dir.path(), L"saved\\prefs.hiv"},
+                                       std::pair{dir / L"saved", L"prefs.hiv"}}) {
+        lptest::DeleteTree(kUser, kStandardStore);
+        ASSERT_TRUE(SetCurrentDirectoryW(folder.c_str()));
+        registrar->m_pszRestoreFile = name;
+        const bool restored = registrar->ObtainPreferences();
+        SetCurrentDirectoryW(previous);
+        EXPECT_TRUE(restored) << lptest::Narrow(name) << ": " << registrar->m_uError;
+        EXPECT_EQ(DumpKey(kUser, kStandardStore), original) << lptest::Narrow(name);
+    }
 }
 
 TEST_F(RegistrarTest, MissingRestoreFileLeavesTheOldStore) {

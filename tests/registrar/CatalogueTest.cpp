@@ -85,7 +85,7 @@ TEST_F(RegistrarTest, UserOverrideBeatsGroupsAndGroupsBeatTheApplication) {
     LP_SET_STRING(kMachine, app + L"\\Groups\\Corp!Staff", L"CmdLineOptions", L"/group");
     LP_SET_STRING(kMachine, app + L"\\Groups\\Corp!Staff", L"StartDirectory", L"C:\\second");
     LP_SET_DWORD(kMachine, app + L"\\Groups\\Corp!Staff", L"StartState", 1);
-    LP_SET_STRING(kMachine, app + L"\\Groups\\BUILTIN!Users", L"StartDirectory", L"C:\\first");
+    LP_SET_STRING(kMachine, app + L"\\Groups\\BUILTIN!Users", L"StartDirectory", L"%SystemRoot%\\first");
     LP_SET_STRING(kMachine, app + L"\\Users\\TESTDOM!alice", L"CmdLineOptions", L"");
     LP_SET_STRING(kMachine, app + L"\\Users\\TESTDOM!bob", L"StartDirectory", L"C:\\bob");
     m_groups = {L"Nobody!Else", L"BUILTIN!Users", L"Corp!Staff"};
@@ -96,7 +96,8 @@ TEST_F(RegistrarTest, UserOverrideBeatsGroupsAndGroupsBeatTheApplication) {
     const KYjutlRegistrar_FILE& record = *list->front();
     ASSERT_NE(record.pszCmdLineOptions, nullptr);
     EXPECT_STREQ(record.pszCmdLineOptions, L"") << "an empty user override hides the others";
-    EXPECT_STREQ(record.pszStartDirectory, L"C:\\first") << "the earlier group wins";
+    EXPECT_EQ(std::wstring(record.pszStartDirectory), Expanded(L"%SystemRoot%\\first"))
+        << "the earlier group wins, its value expanded";
     EXPECT_EQ(record.iStartState, 1);
 
     registrar->m_strUser.clear();  // no user: straight to the groups
@@ -130,7 +131,7 @@ TEST_F(RegistrarTest, OnlyAppStopsAtItsCaseInsensitiveMatch) {
     EXPECT_EQ(registrar->m_uError, 0u);
 }
 
-TEST_F(RegistrarTest, MissingExePathFailsTheWholeCatalogueAndNamesTheEntry) {
+TEST_F(RegistrarTest, MissingExePathFailsTheWholeCatalogueAndNamesTheEntryReached) {
     LP_SET_STRING(kMachine, App(L"A First"), L"ExePath", L"C:\\a.exe");
     LP_SET_STRING(kMachine, App(L"B Second"), L"IconPath", L"C:\\b.ico");
     LP_SET_STRING(kMachine, App(L"C Third"), L"ExePath", L"C:\\c.exe");
@@ -141,6 +142,11 @@ TEST_F(RegistrarTest, MissingExePathFailsTheWholeCatalogueAndNamesTheEntry) {
     EXPECT_EQ(registrar->m_iErrorItem, 2);
     EXPECT_EQ(registrar->m_pAppList, nullptr);
     EXPECT_EQ(KYjutlRegistrar::SituationFromError(registrar->m_uError), 27259);
+
+    registrar->m_hInstance = nullptr;
+    EXPECT_EQ(registrar->ObtainInstalledApps(), nullptr);
+    EXPECT_EQ(registrar->m_uError, 258u);
+    EXPECT_EQ(registrar->m_iErrorItem, 0) << "a failure before the first entry names none reached";
 }
 
 TEST_F(RegistrarTest, ExePathLongerThanTheBufferIsARefusedEntry) {
@@ -161,12 +167,22 @@ TEST_F(RegistrarTest, ExePathLongerThanTheBufferIsARefusedEntry) {
     EXPECT_EQ(registrar->m_uError, 39u);
 }
 
-TEST_F(RegistrarTest, UnknownOrMissingExtensionsGetTheFormatText) {
+TEST_F(RegistrarTest, TypeTextComesFromTheClassRegistryOrTheFormat) {
+    const auto forgetType = [] {
+        lptest::DeleteTree(HKEY_CLASSES_ROOT, L".lpdemo");
+        lptest::DeleteTree(HKEY_CLASSES_ROOT, L"LaunchPanel.Demo");
+    };
+    forgetType();
+    LP_SET_STRING(HKEY_CLASSES_ROOT, L".lpdemo", L"", L"LaunchPanel.Demo");
+    LP_SET_STRING(HKEY_CLASSES_ROOT, L"LaunchPanel.Demo", L"", L"Launch Panel demo plan");
+    LP_SET_STRING(kMachine, App(L"Known"), L"ExePath", L"C:\\plans\\week.lpdemo");
     LP_SET_STRING(kMachine, App(L"Odd"), L"ExePath", L"C:\\bin\\tool.zqxw");
     LP_SET_STRING(kMachine, App(L"Bare"), L"ExePath", L"C:\\bin.d\\tool");
     auto registrar = Fresh();
     KYjutlRegistrar_FILEList* list = registrar->ObtainInstalledApps();
+    forgetType();
     ASSERT_NE(list, nullptr) << registrar->m_uError;
+    EXPECT_STREQ(Find(*list, L"Known")->pszFileType, L"Launch Panel demo plan");
     EXPECT_STREQ(Find(*list, L"Odd")->pszFileType, L".ZQXW File");
     EXPECT_STREQ(Find(*list, L"Bare")->pszFileType, L"File");
 }

@@ -85,13 +85,6 @@ TEST_F(RegistrarTest, StoringWithoutTheNameColumnIsRefused) {
     EXPECT_EQ(registrar->m_uError, 135u);
 }
 
-TEST(RegistrarCore, NumbersMapToSituations) {
-    EXPECT_EQ(KYjutlRegistrar::SituationFromError(0), 0);
-    EXPECT_EQ(KYjutlRegistrar::SituationFromError(1), 27221);
-    EXPECT_EQ(KYjutlRegistrar::SituationFromError(275), 27495);
-    EXPECT_EQ(KYjutlRegistrar::SituationFromError(276), 27218);
-}
-
 TEST_F(RegistrarTest, SmallAccessorsKeepTheirLimits) {
     auto registrar = Started();
     const std::wstring fits = Repeat(L'd', 255);

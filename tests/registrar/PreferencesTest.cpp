@@ -1,6 +1,7 @@
 // The preference store read and written through the registrar: defaults, the
 // forgiving readers, the all-or-nothing groups, and the store's exact bytes.
 #include <cstring>
+#include <utility>
 
 #include "tests/registrar/RegistrarTestSupport.h"
 
@@ -274,42 +275,40 @@ TEST_F(RegistrarTest, ItemPositionsAreStoredAloneAndNamelessOnesSkipped) {
     EXPECT_EQ(registrar->m_uError, 171u);
 }
 
-TEST_F(RegistrarTest, StoreThenReadGivesTheStoreBackByteForByte) {
+TEST_F(RegistrarTest, EachStoreReadThenWrittenGivesItsBytesBack) {
     const COLORREF custom[16] = {1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16};
     const uint32_t sort[3] = {24701, static_cast<uint32_t>(-1), 1};
     const int32_t place[4] = {11, 12, 13, 14};
-    LP_SET_DWORD(kUser, kStandardStore, L"SchemaID", 1);
-    LP_SET_DWORD(kUser, kStandardStore, L"LV_ColorBackground", 0x00102030);
-    LP_SET_DWORD(kUser, kStandardStore, L"LV_ColorForeground", 0x00405060);
-    LP_SET_BINARY(kUser, kStandardStore, L"LV_ColorsCustom", custom, sizeof custom);
-    LP_SET_DWORD(kUser, kStandardStore, L"ControlBarsStates", 21);
-    LP_SET_STRING(kUser, kStandardStore, L"LV_DtlsColIndices", L"8 5 1");
-    for (const wchar_t* kind : {L"Type", L"Name", L"Attribs"}) {
-        LP_SET_STRING(kUser, kStandardStore, std::wstring(L"LV_DtlsColText") + kind, std::wstring(L"H-") + kind);
-        LP_SET_DWORD(kUser, kStandardStore, std::wstring(L"LV_DtlsColFmt") + kind, kind[0] == L'T' ? 1 : 2);
-        LP_SET_DWORD(kUser, kStandardStore, std::wstring(L"LV_DtlsColWdth") + kind, 77);
-    }
-    LP_SET_BINARY(kUser, kPositionsKey, L"Editor", place, 16);
-    LP_SET_BINARY(kUser, kStandardStore, L"LV_ItemsSortInfo", sort, 12);
-    LP_SET_DWORD(kUser, kStandardStore, L"LV_StylesBasic", 0x50000001);
-    LP_SET_DWORD(kUser, kStandardStore, L"LV_StylesExtra1", 513);
-    LP_SET_DWORD(kUser, kStandardStore, L"LV_StylesExtra2", 4);
-    LP_SET_DWORD(kUser, kStandardStore, L"MF_StylesBasic", 0x04CF0000);
-    LP_SET_DWORD(kUser, kStandardStore, L"MF_StylesExtra1", 257);
-    LP_SET_STRING(kUser, kStandardStore, L"PrintInfInitialDir", L"E:\\inf\\");
-    SetPlacement(kStandardStore, 3, 1);
-    const StoreDump original = DumpKey(kUser, kStandardStore);
+    for (const auto& [mode, storeKey] : {std::pair{KYjutlRegistrar::kModeStandard, kStandardStore},
+                                         std::pair{KYjutlRegistrar::kModeClassic, kClassicStore}}) {
+        const std::wstring store = storeKey;
+        LP_SET_DWORD(kUser, store, L"SchemaID", 1);
+        LP_SET_DWORD(kUser, store, L"LV_ColorBackground", 0x00102030);
+        LP_SET_DWORD(kUser, store, L"LV_ColorForeground", 0x00405060);
+        LP_SET_BINARY(kUser, store, L"LV_ColorsCustom", custom, sizeof custom);
+        LP_SET_DWORD(kUser, store, L"ControlBarsStates", 21);
+        LP_SET_STRING(kUser, store, L"LV_DtlsColIndices", L"8 5 1");
+        for (const wchar_t* kind : {L"Type", L"Name", L"Attribs"}) {
+            LP_SET_STRING(kUser, store, std::wstring(L"LV_DtlsColText") + kind, std::wstring(L"H-") + kind);
+            LP_SET_DWORD(kUser, store, std::wstring(L"LV_DtlsColFmt") + kind, kind[0] == L'T' ? 1 : 2);
+            LP_SET_DWORD(kUser, store, std::wstring(L"LV_DtlsColWdth") + kind, 77);
+        }
+        LP_SET_BINARY(kUser, store + L"\\LV_ItemsScreenPos", L"Editor", place, 16);
+        LP_SET_BINARY(kUser, store, L"LV_ItemsSortInfo", sort, 12);
+        LP_SET_DWORD(kUser, store, L"LV_StylesBasic", 0x50000001);
+        LP_SET_DWORD(kUser, store, L"LV_StylesExtra1", 513);
+        LP_SET_DWORD(kUser, store, L"LV_StylesExtra2", 4);
+        LP_SET_DWORD(kUser, store, L"MF_StylesBasic", 0x04CF0000);
+        LP_SET_DWORD(kUser, store, L"MF_StylesExtra1", 257);
+        LP_SET_STRING(kUser, store, L"PrintInfInitialDir", L"E:\\inf\\");
+        SetPlacement(storeKey, 3, 1);
+        const StoreDump original = DumpKey(kUser, store);
 
-    auto registrar = Started();
-    EXPECT_EQ(registrar->m_pPreferences->iNameColumn, 1);
-    lptest::DeleteTree(kUser, kStandardStore);
-    ASSERT_TRUE(registrar->StorePreferences()) << registrar->m_uError;
-    const StoreDump stored = DumpKey(kUser, kStandardStore);
-    EXPECT_EQ(stored.size(), original.size());
-    for (const auto& [name, value] : original) {
-        auto found = stored.find(name);
-        ASSERT_NE(found, stored.end()) << lptest::Narrow(name);
-        EXPECT_EQ(found->second, value) << lptest::Narrow(name);
+        auto registrar = Started(mode);
+        EXPECT_EQ(registrar->m_pPreferences->iNameColumn, 1);
+        lptest::DeleteTree(kUser, store);
+        ASSERT_TRUE(registrar->StorePreferences()) << registrar->m_uError;
+        EXPECT_EQ(DumpKey(kUser, store), original) << lptest::Narrow(store);
     }
 }
 
