@@ -4,6 +4,7 @@
 #pragma once
 #include <windows.h>
 #include <commctrl.h>
+#include <shellapi.h>
 #include <string>
 
 #include "document/KYjlpItemList.h"
@@ -32,6 +33,10 @@ public:
     bool m_launchCleared = false;
     // The command line's launch: no message loop follows the shell call.
     bool m_bLaunchWithoutUI = false;
+
+protected:
+    // The one place where the program asks the shell to start something.
+    virtual BOOL CallShell(SHELLEXECUTEINFOW& info);
 
 private:
     void ShowBusy(UINT messageId, const std::wstring& name);
