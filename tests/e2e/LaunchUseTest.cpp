@@ -198,6 +198,33 @@ TEST_F(LaunchUseByPath, ConsoleProgramIsGivenItsTimeAndTold) {
     EXPECT_EQ(rows[0].ints.at(0), 3);
 }
 
+// A program of the same name in the folder the panel was started from, and in
+// the system's folder.
+class LaunchUseSearch : public LaunchUse {
+protected:
+    void SetUp() override {
+        LaunchUse::SetUp();
+        wchar_t system[MAX_PATH] = {};
+        GetSystemDirectoryW(system, MAX_PATH);
+        m_systemCopy = std::wstring(system) + L"\\" + kName + L".exe";
+        ASSERT_TRUE(CopyFileTo(Target(), m_systemCopy));
+        ASSERT_TRUE(CopyFileTo(Target(), *m_work / kName + L".exe"));
+    }
+    void TearDown() override {
+        LaunchUse::TearDown();
+        DeleteFileW(m_systemCopy.c_str());
+    }
+    static constexpr const wchar_t* kName = L"lp_searched_tool";
+    std::wstring m_systemCopy;
+};
+
+TEST_F(LaunchUseSearch, ProgramInTheStartFolderDoesNotShadowTheSystemsOwn) {
+    RunPanel(std::wstring(L"/launch ") + kName);  // started in the work folder
+    auto records = Records();
+    ASSERT_EQ(records.size(), 1u) << Numbers(Rows());
+    EXPECT_EQ(_wcsicmp(records[0].program.c_str(), m_systemCopy.c_str()), 0) << Narrow(records[0].program);
+}
+
 class LaunchUseNodeManager : public LaunchUse {
 protected:
     void SetUp() override {
