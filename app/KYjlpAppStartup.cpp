@@ -121,6 +121,8 @@ bool KYjlpApp::ReadCatalogueAtStart() {
     const LAUNCH_INFO* launch = m_pCmdLine ? m_pCmdLine->m_pLaunchInfo.get() : nullptr;
     m_pRegistrar->m_pszOnlyApp = launch && launch->pszName ? launch->pszName.get() : nullptr;
     m_pRegistrar->ObtainInstalledApps();
+    // The name stays the launch record's, which the launch takes over and frees.
+    m_pRegistrar->m_pszOnlyApp = nullptr;
     return m_pRegistrar->m_uError == 0;
 }
 
