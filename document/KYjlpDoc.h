@@ -53,7 +53,7 @@ public:
     bool ValidateTargetQuiet(const wchar_t* path, wchar_t** startDir);
     bool CheckTargetFile(const wchar_t* path, DWORD* error, SHFILEINFOW* scratch, bool* isDocument);
     bool CheckTargetQuiet(const wchar_t* path, DWORD* error);
-    bool CheckStartDirectory(const wchar_t* dir, DWORD* error);
+    virtual bool CheckStartDirectory(const wchar_t* dir, DWORD* error);
 
     // The resolved handler of the last document checked, which the failure reports quote.
     const wchar_t* HandlerPath() const { return m_wszHandler; }
