@@ -121,12 +121,14 @@ bool KYjlpDoc::CheckStartDirectory(const wchar_t* dir, DWORD* error) {
     *error = 0;
     try {
         if (IsBlankText(dir)) throw static_cast<int>(ERROR_INVALID_PARAMETER);
-        size_t length = wcslen(dir);
-        if (length + 5 >= MAX_PATH) throw static_cast<int>(ERROR_FILENAME_EXCED_RANGE);
+        const size_t length = wcslen(dir);
+        const wchar_t last = dir[length - 1];
+        const bool separated = last == L'\\' || last == L'/';
+        // The pattern: the directory, a separator where it has none, "*.*" and its end.
+        if (length + (separated ? 0 : 1) + 4 > MAX_PATH) throw static_cast<int>(ERROR_FILENAME_EXCED_RANGE);
         wchar_t pattern[MAX_PATH] = {};
         wcscpy(pattern, dir);
-        wchar_t last = dir[length - 1];
-        if (last != L'\\' && last != L'/') wcscat(pattern, wcschr(dir, L'/') ? L"/" : L"\\");
+        if (!separated) wcscat(pattern, wcschr(dir, L'/') ? L"/" : L"\\");
         wcscat(pattern, L"*.*");
         WIN32_FIND_DATAW found{};
         ky::UniqueFind find(FindFirstFileW(pattern, &found));

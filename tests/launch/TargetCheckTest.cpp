@@ -135,5 +135,23 @@ TEST_F(TargetCheck, StartDirectoryThatIsDeniedIsToldAsSuchAndDropped) {
     EXPECT_EQ(rows[0].texts.at(2), CodeText(ERROR_ACCESS_DENIED, 24645));
 }
 
+TEST_F(TargetCheck, StartDirectoryWhoseSearchPatternJustFitsIsAccepted) {
+    // The pattern is the directory, a separator and "*.*": 255 characters leave room for them.
+    const std::wstring base = m_files.path();
+    const std::wstring fits = base + std::wstring(MAX_PATH - 5 - base.size(), L'd');
+    const std::wstring over = base + std::wstring(MAX_PATH - 4 - base.size(), L'e');
+    ASSERT_TRUE(CreateDirectoryW((L"\\\\?\\" + fits).c_str(), nullptr));
+    ASSERT_TRUE(CreateDirectoryW((L"\\\\?\\" + over).c_str(), nullptr));
+    DWORD error = 99;
+    EXPECT_TRUE(m_doc.CheckStartDirectory(fits.c_str(), &error));
+    EXPECT_EQ(error, 0u);
+    EXPECT_TRUE(m_doc.CheckStartDirectory((fits + L"\\").c_str(), &error)) << "its separator is already there";
+    EXPECT_EQ(error, 0u);
+    EXPECT_FALSE(m_doc.CheckStartDirectory(over.c_str(), &error));
+    EXPECT_EQ(error, static_cast<DWORD>(ERROR_FILENAME_EXCED_RANGE));
+    RemoveDirectoryW((L"\\\\?\\" + fits).c_str());
+    RemoveDirectoryW((L"\\\\?\\" + over).c_str());
+}
+
 }  // namespace
 }  // namespace lptest
