@@ -271,8 +271,9 @@ bool KYjlpApp::RunShellCommand(int command) {
     case KYjlpCmdLineInfo::kUnregister:
     case KYjlpCmdLineInfo::kPrint:
     case KYjlpCmdLineInfo::kPrintTo:
-        // The framework's file registration and printing: this program registers
-        // no document types and prints nothing, so there is nothing to undo or print.
+        // Reduced on purpose to ending without a window: the framework's unregistering
+        // (with its prompt) and its opening and printing of a document have nothing
+        // to work on, since this program registers no document types and prints nothing.
         m_nCmdShow = SW_HIDE;
         return false;
     default:

@@ -104,7 +104,11 @@ bool KYjlpDoc::PassAccessDenied(const wchar_t* path, bool* isDocument, DWORD* er
     struct _stat64i32 status{};
     if (_wstat64i32(path, &status) != 0) return false;
     if (status.st_mode & _S_IFDIR) {
-        *error = kFolderTarget;  // some shells refuse a folder as access denied
+        // Wine's shell refuses the question of a folder's executable type with
+        // "access denied", twice, so that a folder comes here instead of meeting
+        // the folder attribute above. It is given 1804 as there, on purpose:
+        // keeping 5 would tell the user of a refused access, not of a folder.
+        *error = kFolderTarget;
         return false;
     }
     DWORD type = 0;
