@@ -179,6 +179,8 @@ protected:
     void LatchFailure(int number) noexcept;
     void LatchServiceFailure(int number, int catchAll) noexcept;
     void WipeScratch() noexcept;
+    // Launch use reads the one catalogue item the command line names.
+    bool ReadCatalogueAtStart();
 
 private:
     bool InitCommandLine(int& pending);
@@ -186,7 +188,6 @@ private:
     bool InitDocument(int& pending);
     void EstablishRegistrar();
     bool ReadPreferencesAtStart();
-    bool ReadCatalogueAtStart();
     void FinishInitInstance(bool& result, int pending, int second, int index);
     void ReportHelpSituation();
     bool RunShellCommand(int command);

@@ -32,6 +32,8 @@ struct TextLineDeleter {
 using UniqueTextLine = std::unique_ptr<LV_TEXTLINE, TextLineDeleter>;
 
 // Node Manager is not in the catalogue: its record is made from the command line's.
+// It keeps a new record's show state, 1 (normal), on purpose: a record of all
+// zeroes would have 0 and start Node Manager hidden, out of the user's reach.
 void FillNodeManagerItem(LAUNCH_INFO& info, LV_TEXTLINE& item) {
     item.name = info.pszName.release();
     item.fileName = DuplicateText(L"nm.exe");

@@ -191,6 +191,8 @@ int KYjlpApp::TestAndCreateLogDirectory(const std::wstring& directory) {
     DWORD error = GetLastError();
     if (error == ERROR_FILE_NOT_FOUND || error == ERROR_PATH_NOT_FOUND ||
         attributes == INVALID_FILE_ATTRIBUTES) {
+        // More than the one folder on purpose: missing parents are made too, so that
+        // a LogDirectory below a folder that does not exist yet still gets its log.
         int rc = SHCreateDirectoryExW(nullptr, bare.c_str(), nullptr);
         return rc == ERROR_SUCCESS || rc == ERROR_ALREADY_EXISTS ? 0 : 27704;
     }

@@ -124,6 +124,8 @@ bool KYjlpApp::ReadCatalogueAtStart() {
     const LAUNCH_INFO* launch = m_pCmdLine ? m_pCmdLine->m_pLaunchInfo.get() : nullptr;
     m_pRegistrar->m_pszOnlyApp = launch && launch->pszName ? launch->pszName.get() : nullptr;
     m_pRegistrar->ObtainInstalledApps();
+    // The name stays the launch record's, which the launch takes over and frees.
+    m_pRegistrar->m_pszOnlyApp = nullptr;
     return m_pRegistrar->m_uError == 0;
 }
 
@@ -263,8 +265,9 @@ bool KYjlpApp::RunShellCommand(int command) {
     case KYjlpCmdLineInfo::kUnregister:
     case KYjlpCmdLineInfo::kPrint:
     case KYjlpCmdLineInfo::kPrintTo:
-        // The framework's file registration and printing: this program registers
-        // no document types and prints nothing, so there is nothing to undo or print.
+        // Reduced on purpose to ending without a window: the framework's unregistering
+        // (with its prompt) and its opening and printing of a document have nothing
+        // to work on, since this program registers no document types and prints nothing.
         m_nCmdShow = SW_HIDE;
         return false;
     default:

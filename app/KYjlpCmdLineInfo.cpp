@@ -16,6 +16,13 @@ const wchar_t* SkipNonGraphic(const wchar_t* p) {
 }
 }  // namespace
 
+// Option words are no language: compared character for character, case aside,
+// so that the server's locale (the Turkish dotless i) or characters a language
+// passes over (a soft hyphen) never change what an option is.
+bool KYjlpCmdLineInfo::IsSameWord(const wchar_t* argument, const std::wstring& keyword) {
+    return argument && CompareStringOrdinal(argument, -1, keyword.c_str(), -1, TRUE) == CSTR_EQUAL;
+}
+
 KYjlpCmdLineInfo::KYjlpCmdLineInfo(KYjlpApp& app) : m_app(app) {}
 
 KYjlpCmdLineInfo::~KYjlpCmdLineInfo() { ReleaseLaunchInfo(); }
@@ -92,7 +99,7 @@ bool KYjlpCmdLineInfo::DispatchOption(const std::wstring& word, int argc, wchar_
     static constexpr Keyword kOrder[] = {kNodeManager, kNodeManagerWithValue, kLaunch,
                                          kPrinterMode, kClassic, kPreferenceSet};
     for (Keyword k : kOrder) {
-        if (lstrcmpiW(word.c_str(), m_astrKeywords[k].c_str()) != 0) continue;
+        if (!IsSameWord(word.c_str(), m_astrKeywords[k])) continue;
         switch (k) {
         case kNodeManager: return ParseNodeManagerOption(argc, argv, index, false);
         case kNodeManagerWithValue: return ParseNodeManagerOption(argc, argv, index, true);
@@ -257,11 +264,11 @@ bool KYjlpCmdLineInfo::ParsePrinterModeOption(int argc, wchar_t** argv, int& ind
         if (index < argc && !IsOptionLeader(argv[index])) {
             const wchar_t* value = argv[index];
             if (value && *value) {
-                if (lstrcmpiW(value, m_astrKeywords.at(kPrinterAll).c_str()) == 0)
+                if (IsSameWord(value, m_astrKeywords.at(kPrinterAll)))
                     m_nPrinterStartMode = 1;
-                else if (lstrcmpiW(value, m_astrKeywords.at(kPrinterNone).c_str()) == 0)
+                else if (IsSameWord(value, m_astrKeywords.at(kPrinterNone)))
                     m_nPrinterStartMode = 0;
-                else if (lstrcmpiW(value, m_astrKeywords.at(kPrinterDefault).c_str()) == 0)
+                else if (IsSameWord(value, m_astrKeywords.at(kPrinterDefault)))
                     m_nPrinterStartMode = 2;
                 else
                     AddSituation(27156);

@@ -50,6 +50,8 @@ public:
     virtual bool ParsePrinterModeOption(int argc, wchar_t** argv, int& index);
 
     bool IsOptionLeader(const wchar_t* argument) const;
+    // Whether an argument is the option word or value keyword (case aside).
+    static bool IsSameWord(const wchar_t* argument, const std::wstring& keyword);
 
     std::unique_ptr<LAUNCH_INFO> m_pLaunchInfo;
     std::vector<std::wstring> m_astrKeywords;

@@ -54,7 +54,7 @@ public:
     bool ValidateTargetQuiet(const wchar_t* path, wchar_t** startDir);
     bool CheckTargetFile(const wchar_t* path, DWORD* error, SHFILEINFOW* scratch, bool* isDocument);
     bool CheckTargetQuiet(const wchar_t* path, DWORD* error);
-    bool CheckStartDirectory(const wchar_t* dir, DWORD* error);
+    virtual bool CheckStartDirectory(const wchar_t* dir, DWORD* error);
 
     // The icons: two image lists, image i belonging to item i of the list.
     HIMAGELIST LargeImages() const { return m_imlLarge.get(); }

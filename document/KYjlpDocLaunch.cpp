@@ -104,7 +104,11 @@ bool KYjlpDoc::PassAccessDenied(const wchar_t* path, bool* isDocument, DWORD* er
     struct _stat64i32 status{};
     if (_wstat64i32(path, &status) != 0) return false;
     if (status.st_mode & _S_IFDIR) {
-        *error = kFolderTarget;  // some shells refuse a folder as access denied
+        // Wine's shell refuses the question of a folder's executable type with
+        // "access denied", twice, so that a folder comes here instead of meeting
+        // the folder attribute above. It is given 1804 as there, on purpose:
+        // keeping 5 would tell the user of a refused access, not of a folder.
+        *error = kFolderTarget;
         return false;
     }
     DWORD type = 0;
@@ -121,12 +125,14 @@ bool KYjlpDoc::CheckStartDirectory(const wchar_t* dir, DWORD* error) {
     *error = 0;
     try {
         if (IsBlankText(dir)) throw static_cast<int>(ERROR_INVALID_PARAMETER);
-        size_t length = wcslen(dir);
-        if (length + 5 >= MAX_PATH) throw static_cast<int>(ERROR_FILENAME_EXCED_RANGE);
+        const size_t length = wcslen(dir);
+        const wchar_t last = dir[length - 1];
+        const bool separated = last == L'\\' || last == L'/';
+        // The pattern: the directory, a separator where it has none, "*.*" and its end.
+        if (length + (separated ? 0 : 1) + 4 > MAX_PATH) throw static_cast<int>(ERROR_FILENAME_EXCED_RANGE);
         wchar_t pattern[MAX_PATH] = {};
         wcscpy(pattern, dir);
-        wchar_t last = dir[length - 1];
-        if (last != L'\\' && last != L'/') wcscat(pattern, wcschr(dir, L'/') ? L"/" : L"\\");
+        if (!separated) wcscat(pattern, wcschr(dir, L'/') ? L"/" : L"\\");
         wcscat(pattern, L"*.*");
         WIN32_FIND_DATAW found{};
         ky::UniqueFind find(FindFirstFileW(pattern, &found));

@@ -1,12 +1,32 @@
 #include "framework/WinApp.h"
 
 #include <commctrl.h>
+#include <objbase.h>
 
 namespace fw {
 
 namespace {
 WinApp* g_app = nullptr;
 constexpr UINT kSysTimer = 0x0118;  // the caret blink: never wakes idle work
+
+// The thread's COM apartment for the application's whole run: the shell may
+// carry a verb out through a COM handler, which needs a single-threaded
+// apartment on the thread that asks. OLE 1's DDE, which nothing here speaks,
+// stays off. Without the apartment the program still runs: a verb that needed
+// it fails in the shell, and the launch tells that failure with the shell's error.
+class ComApartment {
+public:
+    ComApartment() noexcept
+        : m_result(::CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED | COINIT_DISABLE_OLE1DDE)) {}
+    ~ComApartment() {
+        if (SUCCEEDED(m_result)) ::CoUninitialize();
+    }
+    ComApartment(const ComApartment&) = delete;
+    ComApartment& operator=(const ComApartment&) = delete;
+
+private:
+    HRESULT m_result;
+};
 }  // namespace
 
 WinApp::WinApp(const wchar_t* appName) : m_strAppName(appName ? appName : L"") { g_app = this; }
@@ -110,6 +130,7 @@ bool WinApp::OnCmdMsg(UINT id, CmdUI* ui) {
 int RunApplication(int showCommand) {
     WinApp* app = WinApp::Current();
     if (!app) return -1;
+    ComApartment apartment;
     // The list, header and bar controls of common controls 6 (the manifest asks for them).
     INITCOMMONCONTROLSEX icc{sizeof icc, ICC_LISTVIEW_CLASSES | ICC_BAR_CLASSES | ICC_STANDARD_CLASSES};
     ::InitCommonControlsEx(&icc);

@@ -181,12 +181,16 @@ INT_PTR KYjlpViewList::ExecuteItem(HWND owner, LV_TEXTLINE* item) {
     info.nShow = item->showState;
     info.lpIDList = idList.get();
     INT_PTR code = 0;
+    DWORD error = 0;
     try {
-        ShellExecuteExW(&info);
+        // Only a refusal leaves an error that is the shell's answer: what stood
+        // before the call, or stands after a start, says nothing about this one.
+        SetLastError(0);
+        if (!CallShell(info)) error = GetLastError();
     } catch (...) {
         code = 1;
+        error = GetLastError();
     }
-    DWORD error = GetLastError();
     if (code == 0) {
         // A cabinet the shell opens by itself reports "not found" and yet opened.
         code = cabinet && error == ERROR_FILE_NOT_FOUND ? 42 : reinterpret_cast<INT_PTR>(info.hInstApp);
@@ -201,6 +205,8 @@ INT_PTR KYjlpViewList::ExecuteItem(HWND owner, LV_TEXTLINE* item) {
     m_launchCleared = false;
     return code;
 }
+
+BOOL KYjlpViewList::CallShell(SHELLEXECUTEINFOW& info) { return ShellExecuteExW(&info); }
 
 // The started program is watched, not waited for: the launch requests see it come up.
 void KYjlpViewList::QueueLaunchRequest(const wchar_t* name, HANDLE process) {

@@ -4,6 +4,7 @@
 #pragma once
 #include <windows.h>
 #include <commctrl.h>
+#include <shellapi.h>
 #include <string>
 
 #include "document/KYjlpItemList.h"
@@ -75,6 +76,8 @@ public:
 
 protected:
     LRESULT OnMessage(UINT msg, WPARAM w, LPARAM l) override;
+    // The one place where the program asks the shell to start something.
+    virtual BOOL CallShell(SHELLEXECUTEINFOW& info);
 
 private:
     bool SetColumns(bool first);

@@ -22,6 +22,8 @@ public:
     std::vector<Release> released;
     int refreshes = 0;
 
+    using KYjlpApp::ReadCatalogueAtStart;
+
     bool RefreshItems() override {
         ++refreshes;
         return true;

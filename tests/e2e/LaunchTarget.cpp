@@ -1,13 +1,16 @@
 // The program the launch tests start: it appends what it was given (arguments,
-// working directory, show state) to the file named by LP_TARGET_RECORD (else by
-// its first argument), waits LP_TARGET_IDLE_DELAY_MS before it first waits for
-// input, and ends LP_TARGET_LIFETIME_MS later. Built as a windows program and
-// as a console program (which never has an input idle state).
+// working directory, show state) and its process id to the file named by
+// LP_TARGET_RECORD (else by its first argument), waits LP_TARGET_IDLE_DELAY_MS,
+// and for the event named by LP_TARGET_IDLE_EVENT when there is one, before it
+// first waits for input, and ends LP_TARGET_LIFETIME_MS later. Built as a
+// windows program and as a console program (which never has an input idle state).
 #include <windows.h>
 
 #include <cstdio>
 #include <cwchar>
 #include <string>
+
+#include "foundation/UniqueHandle.h"
 
 namespace {
 DWORD EnvNumber(const wchar_t* name, DWORD fallback) {
@@ -47,13 +50,23 @@ void Record() {
     int show = (startup.dwFlags & STARTF_USESHOWWINDOW) ? startup.wShowWindow : -1;
     FILE* out = _wfopen(file, L"a, ccs=UTF-8");
     if (!out) return;
-    fwprintf(out, L"program=%ls\nargs=%ls\ndir=%ls\nshow=%d\nend\n", module, arguments.c_str(), directory, show);
+    fwprintf(out, L"program=%ls\nargs=%ls\ndir=%ls\nshow=%d\npid=%lu\nend\n", module, arguments.c_str(),
+             directory, show, GetCurrentProcessId());
     fclose(out);
+}
+
+// A test holds the program short of its idle state until it sets the event.
+void WaitForIdleEvent() {
+    wchar_t name[MAX_PATH] = {};
+    if (!GetEnvironmentVariableW(L"LP_TARGET_IDLE_EVENT", name, MAX_PATH)) return;
+    ky::UniqueHandle event(OpenEventW(SYNCHRONIZE, FALSE, name));
+    if (event) WaitForSingleObject(event.get(), 60000);
 }
 
 int Run() {
     Record();
     Sleep(EnvNumber(L"LP_TARGET_IDLE_DELAY_MS", 0));
+    WaitForIdleEvent();
     // From here the program waits for input: it is idle.
     SetTimer(nullptr, 0, EnvNumber(L"LP_TARGET_LIFETIME_MS", 3000), nullptr);
     MSG msg;

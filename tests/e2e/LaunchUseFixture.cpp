@@ -21,14 +21,20 @@ void LaunchUse::SetUp() {
     m_record = *m_work / L"record.txt";
     SetEnvironmentVariableW(L"LP_TARGET_RECORD", m_record.c_str());
     SetEnvironmentVariableW(L"LP_TARGET_IDLE_DELAY_MS", nullptr);
-    SetEnvironmentVariableW(L"LP_TARGET_LIFETIME_MS", L"2000");
+    SetEnvironmentVariableW(L"LP_TARGET_LIFETIME_MS", L"500");
 }
 
 void LaunchUse::TearDown() {
     SetEnvironmentVariableW(L"LP_TARGET_RECORD", nullptr);
+    SetEnvironmentVariableW(L"LP_TARGET_IDLE_DELAY_MS", nullptr);
     SetEnvironmentVariableW(L"LP_TARGET_LIFETIME_MS", nullptr);
-    // Started programs end by themselves; give them the time before their folder goes.
-    Sleep(2500);
+    // Started programs end by themselves; their folder goes only after them.
+    for (const TargetRecord& record : Records()) {
+        ky::UniqueHandle process(OpenProcess(SYNCHRONIZE, FALSE, record.pid));
+        if (process) {
+            EXPECT_EQ(WaitForSingleObject(process.get(), 30000), WAIT_OBJECT_0) << record.pid;
+        }
+    }
     m_work.reset();
     m_logs.reset();
     RegistryTest::TearDown();
@@ -44,7 +50,9 @@ void LaunchUse::AddApp(const std::wstring& name, const std::wstring& exePath, co
 
 void LaunchUse::RunPanel(const std::wstring& arguments, const std::wstring& exeDir) {
     std::wstring exe = (exeDir.empty() ? BinDir() : exeDir) + L"LaunchPanel.exe";
+    const ULONGLONG start = GetTickCount64();
     RunResult run = RunProgram(exe, arguments, 60000, m_work->path());
+    m_runMs = GetTickCount64() - start;
     ASSERT_TRUE(run.started) << Narrow(exe);
     ASSERT_TRUE(run.finished) << "LaunchPanel " << Narrow(arguments) << " did not end";
 }
@@ -64,6 +72,7 @@ std::vector<TargetRecord> LaunchUse::Records() const {
         else if (key == "args") current.args = value;
         else if (key == "dir") current.dir = value;
         else if (key == "show") current.show = _wtoi(value.c_str());
+        else if (key == "pid") current.pid = static_cast<DWORD>(_wtoi(value.c_str()));
         else if (key == "end") records.push_back(std::exchange(current, TargetRecord{}));
     }
     return records;

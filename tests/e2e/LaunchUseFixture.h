@@ -16,6 +16,7 @@ struct TargetRecord {
     std::wstring args;
     std::wstring dir;
     int show = -2;
+    DWORD pid = 0;
 };
 
 class LaunchUse : public RegistryTest {
@@ -27,7 +28,8 @@ protected:
     void AddApp(const std::wstring& name, const std::wstring& exePath, const std::wstring& options = L"",
                 const std::wstring& startDir = L"");
     std::wstring AppKey(const std::wstring& name) const { return std::wstring(kCatalogueKey) + L"\\" + name; }
-    // LaunchPanel.exe (of bin, or of exeDir) with the arguments; the exit code, or fails the test.
+    // LaunchPanel.exe (of bin, or of exeDir) with the arguments, in the work folder, waited
+    // for; fails the test when it does not end. m_runMs: how long it ran.
     void RunPanel(const std::wstring& arguments, const std::wstring& exeDir = L"");
     std::vector<LogRow> Rows() const { return ReadLogRows(m_logs->path()); }
     std::vector<TargetRecord> Records() const;
@@ -39,6 +41,7 @@ protected:
     std::unique_ptr<TempDir> m_logs;
     std::unique_ptr<TempDir> m_work;
     std::wstring m_record;
+    ULONGLONG m_runMs = 0;
 };
 
 }  // namespace lptest

@@ -89,6 +89,42 @@ TEST_F(LaunchUseCatalogue, FolderAsTargetIsRefused) {
     EXPECT_TRUE(Records().empty());
 }
 
+TEST_F(LaunchUseCatalogue, ProgramThatComesUpLateKeepsThePanelWaiting) {
+    SetEnvironmentVariableW(L"LP_TARGET_IDLE_DELAY_MS", L"3000");
+    AddApp(L"Slow", Target());
+    RunPanel(L"/launch Slow");
+    ASSERT_EQ(Records().size(), 1u);
+    EXPECT_GE(m_runMs, 3000u) << "the panel ended before the program was up";
+    auto rows = Rows();
+    auto started = RowsOf(rows, 27540);
+    ASSERT_EQ(started.size(), 1u) << Numbers(rows);
+    EXPECT_TRUE(HasText(started[0], L"Slow"));
+    EXPECT_TRUE(RowsOf(rows, 27541).empty()) << Numbers(rows);
+}
+
+TEST_F(LaunchUseCatalogue, PathsWithBlanksOtherLettersAndVariablesAreFollowed) {
+    const std::wstring programs = *m_work / L"Programme für Tests ω";
+    const std::wstring workplace = *m_work / L"Arbeit im Ordner ß";
+    ASSERT_TRUE(CreateDirectoryW(programs.c_str(), nullptr));
+    ASSERT_TRUE(CreateDirectoryW(workplace.c_str(), nullptr));
+    ASSERT_TRUE(CopyFileTo(Target(), programs + L"\\Zielprogramm élan.exe"));
+    std::wstring root = m_work->path().substr(0, m_work->path().size() - 1);
+    SetEnvironmentVariableW(L"LP_TEST_ROOT", root.c_str());  // the panel inherits it
+    AddApp(L"Übersicht Ω", L"%LP_TEST_ROOT%\\Programme für Tests ω\\Zielprogramm élan.exe", L"erste zweite",
+           L"%LP_TEST_ROOT%\\Arbeit im Ordner ß");
+    RunPanel(L"/launch \"Übersicht Ω\"");
+    SetEnvironmentVariableW(L"LP_TEST_ROOT", nullptr);
+    auto records = Records();
+    ASSERT_EQ(records.size(), 1u) << Numbers(Rows());
+    EXPECT_EQ(_wcsicmp(records[0].program.c_str(), (programs + L"\\Zielprogramm élan.exe").c_str()), 0)
+        << Narrow(records[0].program);
+    EXPECT_EQ(records[0].args, L"erste zweite");
+    EXPECT_EQ(_wcsicmp(records[0].dir.c_str(), workplace.c_str()), 0) << Narrow(records[0].dir);
+    auto started = RowsOf(Rows(), 27540);
+    ASSERT_EQ(started.size(), 1u) << Numbers(Rows());
+    EXPECT_TRUE(HasText(started[0], L"Übersicht Ω"));
+}
+
 class LaunchUseDocument : public LaunchUse {
 protected:
     void SetUp() override {
@@ -154,10 +190,39 @@ TEST_F(LaunchUseByPath, NameFoundNowhereIsToldWithTheName) {
 TEST_F(LaunchUseByPath, ConsoleProgramIsGivenItsTimeAndTold) {
     RunPanel(L"/launch " + Quoted(BinDir() + L"LaunchTargetConsole.exe"));
     ASSERT_EQ(Records().size(), 1u);
+    // Its start cannot be watched: the panel gives it five seconds, once, before it ends.
+    EXPECT_GE(m_runMs, 5000u);
     // A console program has no input idle state: the wait on it fails at once.
     auto rows = RowsOf(Rows(), 27539);
     ASSERT_EQ(rows.size(), 1u) << Numbers(Rows());
     EXPECT_EQ(rows[0].ints.at(0), 3);
+}
+
+// A program of the same name in the folder the panel was started from, and in
+// the system's folder.
+class LaunchUseSearch : public LaunchUse {
+protected:
+    void SetUp() override {
+        LaunchUse::SetUp();
+        wchar_t system[MAX_PATH] = {};
+        GetSystemDirectoryW(system, MAX_PATH);
+        m_systemCopy = std::wstring(system) + L"\\" + kName + L".exe";
+        ASSERT_TRUE(CopyFileTo(Target(), m_systemCopy));
+        ASSERT_TRUE(CopyFileTo(Target(), *m_work / kName + L".exe"));
+    }
+    void TearDown() override {
+        LaunchUse::TearDown();
+        DeleteFileW(m_systemCopy.c_str());
+    }
+    static constexpr const wchar_t* kName = L"lp_searched_tool";
+    std::wstring m_systemCopy;
+};
+
+TEST_F(LaunchUseSearch, ProgramInTheStartFolderDoesNotShadowTheSystemsOwn) {
+    RunPanel(std::wstring(L"/launch ") + kName);  // started in the work folder
+    auto records = Records();
+    ASSERT_EQ(records.size(), 1u) << Numbers(Rows());
+    EXPECT_EQ(_wcsicmp(records[0].program.c_str(), m_systemCopy.c_str()), 0) << Narrow(records[0].program);
 }
 
 class LaunchUseNodeManager : public LaunchUse {
@@ -206,7 +271,6 @@ protected:
     }
 };
 
-TEST_F(LaunchUseBadCommandLine, UnknownOptionWord) { ExpectRefused(L"/launchx Target", 27148); }
 TEST_F(LaunchUseBadCommandLine, LaunchOptionWithoutPath) { ExpectRefused(L"/launch", 27154); }
 TEST_F(LaunchUseBadCommandLine, LaunchAndNodeManagerTogether) { ExpectRefused(L"/nm /launch Target", 27146); }
 

@@ -3,6 +3,7 @@
 
 #include <windows.h>
 #include <commctrl.h>
+#include <objbase.h>
 
 #include <vector>
 
@@ -153,6 +154,31 @@ TEST_F(Framework, ClosingTheMainWindowQuitsTheLoop) {
     PostMessageW(app.MainWindow()->Handle(), WM_CLOSE, 0, 0);
     EXPECT_EQ(app.Run(), 0);
     EXPECT_EQ(app.MainWindow(), nullptr);
+}
+
+// What the application's thread is to COM while the application starts.
+class ApartmentProbe : public fw::WinApp {
+public:
+    bool InitInstance() override {
+        APTTYPEQUALIFIER qualifier{};
+        result = CoGetApartmentType(&type, &qualifier);
+        return false;
+    }
+    HRESULT result = E_FAIL;
+    APTTYPE type = APTTYPE_CURRENT;
+};
+
+// A shell verb may be carried out by a COM handler, which needs an apartment of
+// the single-threaded kind on the thread that asks.
+TEST(Application, RunsInASingleThreadedApartmentAndLeavesItAtTheEnd) {
+    APTTYPE type = APTTYPE_CURRENT;
+    APTTYPEQUALIFIER qualifier{};
+    ASSERT_EQ(CoGetApartmentType(&type, &qualifier), CO_E_NOTINITIALIZED) << "the test starts outside COM";
+    ApartmentProbe probe;
+    fw::RunApplication(SW_HIDE);
+    EXPECT_EQ(probe.result, S_OK);
+    EXPECT_TRUE(probe.type == APTTYPE_MAINSTA || probe.type == APTTYPE_STA) << probe.type;
+    EXPECT_EQ(CoGetApartmentType(&type, &qualifier), CO_E_NOTINITIALIZED);
 }
 
 }  // namespace

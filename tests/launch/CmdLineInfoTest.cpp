@@ -73,6 +73,20 @@ TEST_F(CmdLine, LaunchPositionsEndAtTheNextOptionAndEmptyArgumentsKeepTheirPlace
     EXPECT_FALSE(m_info->m_bPreferenceSetGiven);
 }
 
+TEST_F(CmdLine, OptionWordsMatchWithoutCaseAndCharacterForCharacter) {
+    EXPECT_TRUE(Parse({L"lp", L"/Launch", L"tool", L"/CLASSIC"}));
+    EXPECT_EQ(m_info->m_nShellCommand, KYjlpCmdLineInfo::kLaunchProgram);
+    // A comparison by the user's language would pass over the soft hyphen (and on
+    // a Turkish server would not pair I with i): option words are no language.
+    m_info = std::make_unique<KYjlpCmdLineInfo>(*m_app);
+    EXPECT_FALSE(Parse({L"lp", L"/laun\u00ADch", L"tool"}));
+    EXPECT_EQ(First(), 27148u);
+    EXPECT_FALSE(m_info->m_pLaunchInfo);
+    m_info = std::make_unique<KYjlpCmdLineInfo>(*m_app);
+    EXPECT_TRUE(Parse({L"lp", L"/printers", L"a\u00ADll"}));
+    EXPECT_EQ(m_info->m_nPrinterStartMode, 0) << "an unknown printer mode value";
+}
+
 TEST_F(CmdLine, RefusedCommandLinesLeaveTheirNumberAndNoLaunchRecord) {
     struct Case {
         std::initializer_list<const wchar_t*> args;

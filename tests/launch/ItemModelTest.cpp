@@ -2,6 +2,7 @@
 // taken over, what is checked, what is left out and told.
 #include <cstdlib>
 
+#include "app/KYjlpCmdLineInfo.h"
 #include "document/KYjlpDoc.h"
 #include "monitor/KYbpm.h"
 #include "registrar/KYjutlRegistrar.h"
@@ -113,6 +114,21 @@ TEST_F(ItemModel, DocumentsLoseTheirParametersAndBadIconFilesTheirIcon) {
     EXPECT_EQ(RowsOf(rows, 27195)[0].texts.at(1), L"--ignored");
     EXPECT_EQ(RowsOf(rows, 27202).size(), 1u) << Numbers(rows);
     EXPECT_EQ(RowsOf(rows, 27203).size(), 1u) << Numbers(rows);
+}
+
+TEST_F(ItemModel, LaunchUseReadsTheNamedItemOnlyAndKeepsNoHoldOnTheName) {
+    AddApp(L"Alpha", m_target);
+    AddApp(L"Beta", m_target);
+    m_app->m_pCmdLine = new KYjlpCmdLineInfo(*m_app);
+    m_app->m_pCmdLine->m_pLaunchInfo = std::make_unique<LAUNCH_INFO>();
+    m_app->m_pCmdLine->m_pLaunchInfo->pszName.reset(_wcsdup(L"beta"));
+    m_app->m_pRegistrar = new KYjutlRegistrar();
+    m_app->m_pRegistrar->m_hInstance = m_app->m_hResourceLibrary.get();
+    ASSERT_TRUE(m_app->ReadCatalogueAtStart()) << m_app->m_pRegistrar->m_uError;
+    ASSERT_EQ(m_app->m_pRegistrar->m_pAppList->size(), 1u);
+    EXPECT_STREQ(m_app->m_pRegistrar->m_pAppList->front()->pszAppName, L"Beta");
+    // The launch takes the name over and frees it: the registrar must not point at it.
+    EXPECT_EQ(m_app->m_pRegistrar->m_pszOnlyApp, nullptr);
 }
 
 TEST_F(ItemModel, FindItemByNameIgnoresCaseAndCountsPlaces) {

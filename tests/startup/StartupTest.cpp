@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "app/KYjlpApp.h"
+#include "foundation/UniqueHandle.h"
 #include "tests/launch/LogRows.h"
 #include "tests/support/ChildProcess.h"
 #include "tools/lpdriver/client/DriverClient.h"
@@ -137,22 +138,29 @@ TEST_F(Startup, LaunchUseShowsNoWindowEvenWithTheClassicOption) {
     TempDir logs;
     LP_SET_STRING(HKEY_LOCAL_MACHINE, kServerKey, L"LogDirectory", logs.path(), REG_EXPAND_SZ);
     const std::wstring record = logs.path() + L"target.txt";
+    // The launched program stays short of coming up until the test lets it: until
+    // then the panel waits for it, with everything it would show already made.
+    const std::wstring eventName = L"LaunchPanelTestIdle" + std::to_wstring(GetCurrentProcessId());
+    ky::UniqueHandle idle(CreateEventW(nullptr, TRUE, FALSE, eventName.c_str()));
+    ASSERT_TRUE(idle);
     SetEnvironmentVariableW(L"LP_TARGET_RECORD", record.c_str());
+    SetEnvironmentVariableW(L"LP_TARGET_IDLE_EVENT", eventName.c_str());
     SetEnvironmentVariableW(L"LP_TARGET_LIFETIME_MS", L"500");
     lpdriver::DriverClient driver;
     auto started = driver.Run({L"start", BinDir() + L"LaunchPanel.exe", L"/classic", L"/launch",
                                BinDir() + L"LaunchTarget.exe"});
     SetEnvironmentVariableW(L"LP_TARGET_RECORD", nullptr);
+    SetEnvironmentVariableW(L"LP_TARGET_IDLE_EVENT", nullptr);
     SetEnvironmentVariableW(L"LP_TARGET_LIFETIME_MS", nullptr);
     ASSERT_EQ(started.exitCode, 0u) << Narrow(started.Text());
     const std::wstring pid = started.Value(L"pid");
-    for (;;) {
-        auto windows = driver.Run({L"windows", pid, L"--visible"});
-        if (windows.exitCode != 0) break;  // the program has ended
-        EXPECT_EQ(windows.Value(L"count"), L"0") << Narrow(windows.Text());
-        if (driver.Run({L"wait", pid, L"200"}).exitCode == 0) break;
-    }
-    EXPECT_TRUE(FileExists(record)) << "the program was launched";
+    for (int look = 0; look < 300 && !FileExists(record); ++look) Sleep(100);
+    ASSERT_TRUE(FileExists(record)) << "the program was launched";
+    auto windows = driver.Run({L"windows", pid, L"--visible"});
+    SetEvent(idle.get());
+    ASSERT_EQ(windows.exitCode, 0u) << "the panel waits for the program: " << Narrow(windows.Text());
+    EXPECT_EQ(windows.Value(L"count"), L"0") << Narrow(windows.Text());
+    EXPECT_EQ(driver.Run({L"wait", pid, L"30000"}).exitCode, 0u) << "the panel ends once the program is up";
 }
 
 }  // namespace
