@@ -162,12 +162,6 @@ KYjlpViewList* KYjlpApp::GetListView(KYjlpDoc* doc) {
     return nullptr;
 }
 
-bool KYjlpApp::RefreshItems() {
-    // The merge of a changed catalogue into the list belongs to the document; until
-    // the document builds items, a changed catalogue has nothing to merge.
-    return true;
-}
-
 void KYjlpApp::RespondAndForget() {
     if (!m_pMonitor || m_pMonitor->isSituationNormal()) return;
     if (!m_pMonitor->respondToSituation()) m_pMonitor->forgetSituation();

@@ -21,6 +21,7 @@ class KYjlpDoc;
 class KYjlpViewList;
 class KYjlpItemLaunchRequest;
 class KYjutlRegistrar;
+struct KYjutlRegistrar_PREFS;
 
 class KYjlpApp : public fw::WinApp {
 public:
@@ -54,6 +55,10 @@ public:
     // The catalogue changed: the document builds the list anew and merges it.
     virtual bool RefreshItems();
     virtual bool CollectPreferences();
+    void CollectListPreferences(KYjlpViewList& view, KYjutlRegistrar_PREFS& prefs);
+    // The refresh (32847) and save (32779) commands of the menu.
+    void OnViewRefresh(UINT id);
+    void OnFileSave(UINT id);
     virtual bool SavePreferences();
 
     // What launch use tells the script that started it, as the process's exit code.

@@ -24,6 +24,8 @@ constexpr DWORD kConsolePauseMs = 5000;
 constexpr fw::CommandEntry<KYjlpApp> kAppCommands[] = {
     {KYjlpApp::kLaunchCommandId, KYjlpApp::kLaunchCommandId, &KYjlpApp::OnAppLaunch,
      &KYjlpApp::OnUpdateAppLaunch},
+    {32779, 32779, &KYjlpApp::OnFileSave, nullptr},
+    {32847, 32847, &KYjlpApp::OnViewRefresh, nullptr},
 };
 
 struct TextLineDeleter {

@@ -7,6 +7,27 @@
 #include "registrar/KYjutlRegistrar_PREFS.h"
 #include "window/KYjlpViewList.h"
 
+// The list's part: its three style words, the sort, the columns in the user's
+// order with their widths, and the places of the icons the user has placed.
+void KYjlpApp::CollectListPreferences(KYjlpViewList& view, KYjutlRegistrar_PREFS& prefs) {
+    HWND list = view.Handle();
+    prefs.dwListViewStyle = static_cast<DWORD>(view.Style()) | WS_CHILD | WS_VISIBLE;
+    prefs.dwListViewExtra1 = static_cast<DWORD>(view.ExStyle());
+    prefs.dwListViewExtra2 = ListView_GetExtendedListViewStyle(list);
+    const KYjlpViewList::SortInfo& sort = view.Sort();
+    prefs.uSortColumnId = static_cast<uint32_t>(sort.columnId);
+    prefs.iSortDirection = sort.direction;
+    prefs.bItemsPlaced = sort.iconsPlaced;
+    int count = 0, ids[KYjlpViewList::kColumnCount];
+    if (view.ObtainColumnOrder(count, ids)) {
+        if (!m_pRegistrar->ReorderColumns(static_cast<uint32_t>(count), ids)) throw 0;
+        for (int at = 0; at < KYjlpViewList::kColumnCount && view.ColumnIds()[at] >= 0; ++at)
+            for (LVCOLUMNW* column : prefs.pColumns ? *prefs.pColumns : KYjutlRegistrar_ColumnArray{})
+                if (column && column->iSubItem == view.ColumnIds()[at]) column->cx = ListView_GetColumnWidth(list, at);
+    }
+    if (sort.iconsPlaced && !view.SaveItemPositions(*m_pRegistrar)) throw 0;
+}
+
 bool KYjlpApp::CollectPreferences() {
     try {
         if (!m_pRegistrar || !m_pRegistrar->m_pPreferences) throw 0;
@@ -19,9 +40,9 @@ bool KYjlpApp::CollectPreferences() {
         prefs.wpPlacement = placement;
         prefs.dwFrameStyle = static_cast<DWORD>(frame->Style());
         prefs.dwFrameExtra1 = static_cast<DWORD>(frame->ExStyle());
-        // The bars' states, the view mode, the columns and the sort order are
-        // gathered here once the frame's bars and the details view stand; until
-        // then the record keeps what was read at start, so nothing is lost.
+        // The bars' states come with the frame's bars; until then the record
+        // keeps what was read at start, so nothing is lost.
+        if (KYjlpViewList* view = GetListView(); view && *view) CollectListPreferences(*view, prefs);
     } catch (int) {
         return false;
     } catch (...) {

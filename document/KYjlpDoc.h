@@ -4,7 +4,9 @@
 #pragma once
 #include <windows.h>
 #include <shellapi.h>
+#include <functional>
 #include <memory>
+#include <string>
 
 #include "document/KYjlpItemList.h"
 #include "document/LV_TEXTLINE.h"
@@ -61,7 +63,11 @@ public:
     HIMAGELIST SmallImages() const { return m_imlSmall.get(); }
     // Makes (or empties) the two image lists and loads the icons of the live list; told on failure.
     bool BuildImages();
-    bool LoadItemImages(const KYjlpItemList* list, HIMAGELIST large, HIMAGELIST small);
+    // reuse: items whose images are not needed (their row keeps its icon); their places stay blank.
+    bool LoadItemImages(const KYjlpItemList* list, HIMAGELIST large, HIMAGELIST small,
+                        const std::function<bool(const LV_TEXTLINE&)>& reuse = {});
+    // What an item's icons are found from: equal keys give equal icons.
+    static std::wstring IconKeyOf(const LV_TEXTLINE& item);
     // The item's icons by its icon file, else its target's shell icon, else the product's own.
     bool ObtainItemIcons(HICON* large, HICON* small, const LV_TEXTLINE& item);
     // Icon sizes for the monitor the list is on.

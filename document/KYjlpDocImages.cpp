@@ -234,7 +234,10 @@ bool DrawItemIcons(KYjlpDoc& doc, const LV_TEXTLINE& item, int place, std::unord
 // The images of list, appended to the two lists in list order: image i belongs
 // to item i. Drawn in strips of a few hundred, so that a large catalogue needs
 // no more drawing memory than a small one.
-bool KYjlpDoc::LoadItemImages(const KYjlpItemList* list, HIMAGELIST large, HIMAGELIST small) {
+std::wstring KYjlpDoc::IconKeyOf(const LV_TEXTLINE& item) { return IconKey(item); }
+
+bool KYjlpDoc::LoadItemImages(const KYjlpItemList* list, HIMAGELIST large, HIMAGELIST small,
+                              const std::function<bool(const LV_TEXTLINE&)>& reuse) {
     constexpr int kStripLength = 256;
     if (!list) throw 27217;
     if (!large) throw 27180;
@@ -254,6 +257,7 @@ bool KYjlpDoc::LoadItemImages(const KYjlpItemList* list, HIMAGELIST large, HIMAG
         for (int place = 0; place < length && pos; ++place) {
             const LV_TEXTLINE* item = list->GetNext(pos);
             if (!item) throw 27207;
+            if (reuse && reuse(*item)) continue;
             if (!DrawItemIcons(*this, *item, place, drawn, bigStrip, littleStrip)) return false;
         }
         if (!bigStrip.AddTo(large)) throw 27175;

@@ -12,7 +12,9 @@ bool KYjlpFrameMain::RestoreWindow(const wchar_t* caller) {
     if (app->m_pMonitor) app->m_pMonitor->forgetSituation();
     app->m_nCmdShow = SW_SHOWNORMAL;
     // The window bits, placement and icon from the preferences come with the frame's features.
-    app->RefreshItems();
+    // The first showing follows the list's building at once: there is nothing to bring up to date.
+    if (m_bShown) app->RefreshItems();
+    m_bShown = true;
     std::wstring title;
     app->GetTagText(title, 7);
     if (title.empty()) title = fw::ResString(57344);

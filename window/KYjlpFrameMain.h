@@ -17,4 +17,7 @@ public:
 
 protected:
     void OnClose() override;
+
+private:
+    bool m_bShown = false;  // the window has been shown once
 };

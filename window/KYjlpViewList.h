@@ -46,7 +46,14 @@ public:
     bool SetStyleBit(DWORD bit, int how);
     bool SetHeaderShown(int how);
     // Rows for the items of list (from start), column texts from the records.
-    bool PopulateList(const KYjlpItemList* list, POSITION start);
+    // firstImage: the image of the first row added, -1 for its place in the list.
+    bool PopulateList(const KYjlpItemList* list, POSITION start, int firstImage = -1);
+    // The cell of that column id in row, written anew from item (if the column is shown).
+    void UpdateCell(int row, int id, const LV_TEXTLINE& item);
+    // The rows in order after a change: in Details, and in the icon views unless placed by hand.
+    void SortAgain();
+    // The failures of a list operation, gathered in the program status, told once.
+    void ReportStatus();
     bool FormatColumnText(const LV_TEXTLINE* item, int id, wchar_t* buffer, size_t size);
     bool SortItems(const KYjlpItemList* list);
     static int CALLBACK CompareItems(LPARAM first, LPARAM second, LPARAM sort) noexcept;
@@ -94,7 +101,6 @@ private:
     void OnUpdateStyle(fw::CmdUI& ui);
     void OnOpenSelectionCommand(UINT id);
     void OnUpdateOpenSelection(fw::CmdUI& ui);
-    void ReportStatus();
     void RefreshRowTexts();
     POSITION RowPosition(int row) const;
     void ShowBusy(UINT messageId, const std::wstring& name);

@@ -110,15 +110,15 @@ bool KYjlpViewList::SetHeaderShown(int how) {
 
 // The rows of the items from start, in list order; image i of the document's
 // lists belongs to the i-th item of the live list.
-bool KYjlpViewList::PopulateList(const KYjlpItemList* list, POSITION start) {
+bool KYjlpViewList::PopulateList(const KYjlpItemList* list, POSITION start, int firstImage) {
     if (!list) throw 27586;
     auto* doc = dynamic_cast<KYjlpDoc*>(GetDocument());
     if (!doc || !doc->LargeImages()) throw 27529;
     if (!doc->SmallImages()) throw 27530;
     int row = GetItemCount();
     if (row < 0) throw 27749;
-    int image = 0;
-    if (start)
+    int image = firstImage >= 0 ? firstImage : 0;
+    if (start && firstImage < 0)
         for (POSITION pos = list->GetHeadPosition(); pos && pos != start; list->GetNext(pos)) ++image;
     wchar_t cell[260];
     RedrawOff quiet(m_hwnd);
@@ -247,7 +247,28 @@ void KYjlpViewList::OnUpdate(int hint) {
     ReportStatus();
 }
 
-// The failures of a list operation, gathered in the program status, told once.
+void KYjlpViewList::UpdateCell(int row, int id, const LV_TEXTLINE& item) {
+    for (int column = 0; column < kColumnCount && m_aColumnIds[column] >= 0; ++column) {
+        if (m_aColumnIds[column] != id) continue;
+        wchar_t cell[260];
+        if (FormatColumnText(&item, id, cell, 260)) ListView_SetItemText(m_hwnd, row, column, cell);
+    }
+}
+
+void KYjlpViewList::SortAgain() {
+    m_factsPresent = m_factsPresent || ViewModeOf() == kDetails;
+    const int mode = ViewModeOf();
+    const bool iconMode = mode == kLargeIcons || mode == kSmallIcons;
+    const bool placed = m_sort.iconsPlaced;
+    if (SetViewMode(kDetails)) SortItems(nullptr);
+    if (!placed) {
+        SetViewMode(iconMode ? mode : kLargeIcons);
+        SortItems(nullptr);
+    }
+    m_sort.iconsPlaced = placed;
+    SetViewMode(mode);
+}
+
 void KYjlpViewList::ReportStatus() {
     KYjlpApp* app = TheApp();
     if (!app || !app->m_pStatus || app->m_pStatus->IsClean()) return;

@@ -1,0 +1,137 @@
+// Shell use end to end: the real LaunchPanel.exe shows a real catalogue in its
+// list, observed and worked from outside through the driver as a user would.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "tests/launch/LogRows.h"
+#include "tests/support/ChildProcess.h"
+#include "tests/support/TestSupport.h"
+#include "tools/lpdriver/client/DriverClient.h"
+
+namespace lptest {
+namespace {
+
+constexpr const wchar_t* kLimit = L"30000";
+constexpr UINT kDetails = 32823, kLargeIcons = 32824, kSmallIcons = 32825, kList = 32826;
+constexpr UINT kSortByLocation = 32832, kSortByName = 32833;
+
+class ShellList : public RegistryTest {
+protected:
+    void SetUp() override {
+        RegistryTest::SetUp();
+        m_logs = std::make_unique<TempDir>();
+        LP_SET_DWORD(HKEY_LOCAL_MACHINE, kServerKey, L"PM_BehaviorCriteria", 1);
+        LP_SET_STRING(HKEY_LOCAL_MACHINE, kServerKey, L"LogDirectory", m_logs->path(), REG_EXPAND_SZ);
+        // A document of a type of its own, opened by our target program.
+        LP_SET_STRING(HKEY_CLASSES_ROOT, L".lpnotes", L"", L"LaunchPanel.TestNotes");
+        LP_SET_STRING(HKEY_CLASSES_ROOT, L"LaunchPanel.TestNotes\\shell\\open\\command", L"",
+                      L"\"" + BinDir() + L"LaunchTarget.exe\" \"%1\"");
+        m_notes = m_work.path() + L"notes.lpnotes";
+        LP_WRITE_FILE(m_notes, "notes");
+        // Names chosen so that their order by name and by location differ.
+        AddApp(L"Beta Tool", BinDir() + L"LaunchTarget.exe");
+        AddApp(L"alpha notes", m_notes);
+        AddApp(L"Gamma", BinDir() + L"LaunchTargetConsole.exe");
+        AddApp(L"\u00dcber \u03a9", BinDir() + L"LaunchTarget.exe");
+    }
+    void TearDown() override {
+        if (m_pid.size()) m_driver.Run({L"close", m_pid, L"--all", L"--wait", kLimit});
+        DeleteTree(HKEY_CLASSES_ROOT, L".lpnotes");
+        DeleteTree(HKEY_CLASSES_ROOT, L"LaunchPanel.TestNotes");
+        RegistryTest::TearDown();
+    }
+    void AddApp(const std::wstring& name, const std::wstring& path) {
+        LP_SET_STRING(HKEY_LOCAL_MACHINE, std::wstring(kCatalogueKey) + L"\\" + name, L"ExePath", path);
+    }
+    void StartPanel() {
+        auto started = m_driver.Run({L"start", BinDir() + L"LaunchPanel.exe"});
+        ASSERT_EQ(started.exitCode, 0u) << Narrow(started.Text());
+        m_pid = started.Value(L"pid");
+    }
+    lpdriver::DriverAnswer List() { return m_driver.Run({L"listview", m_pid, L"--min-rows", L"4", kLimit}); }
+    void Command(UINT id) {
+        auto sent = m_driver.Run({L"command", m_pid, std::to_wstring(id)});
+        ASSERT_EQ(sent.exitCode, 0u) << Narrow(sent.Text());
+    }
+    // The first cell of each row, in the order the list shows them.
+    static std::vector<std::wstring> Names(const lpdriver::DriverAnswer& list) {
+        std::vector<std::wstring> names;
+        for (const auto& row : list.Cells(L"row")) names.push_back(row.empty() ? L"" : row[0]);
+        return names;
+    }
+    void Close() {
+        auto closed = m_driver.Run({L"close", m_pid, L"--wait", kLimit});
+        EXPECT_EQ(closed.Value(L"exit"), L"0") << Narrow(closed.Text());
+        m_pid.clear();
+    }
+
+    lpdriver::DriverClient m_driver;
+    std::wstring m_pid;
+    TempDir m_work;
+    std::unique_ptr<TempDir> m_logs;
+    std::wstring m_notes;
+};
+
+TEST_F(ShellList, ShowsTheCatalogueInEveryModeAndSortsIt) {
+    StartPanel();
+    auto list = List();
+    ASSERT_EQ(list.exitCode, 0u) << Narrow(list.Text()) << Numbers(ReadLogRows(m_logs->path()));
+    EXPECT_EQ(list.Value(L"view"), L"0") << "Large icons at first";
+    const std::vector<std::wstring> byName = {L"alpha notes", L"Beta Tool", L"Gamma", L"\u00dcber \u03a9"};
+    EXPECT_EQ(Names(list), byName) << "sorted by name, without regard to case";
+
+    Command(kDetails);
+    list = List();
+    EXPECT_EQ(list.Value(L"view"), L"1");
+    const auto headings = list.Cells(L"headings");
+    ASSERT_EQ(headings.size(), 1u);
+    EXPECT_EQ(headings[0], (std::vector<std::wstring>{L"Name", L"Size", L"Type", L"Modified", L"Location"}));
+    const auto rows = list.Cells(L"row");
+    ASSERT_EQ(rows.size(), 4u);
+    ASSERT_EQ(rows[0].size(), 5u);
+    EXPECT_EQ(rows[0][4], m_notes) << "Location is the target";
+    EXPECT_EQ(rows[0][1], L"1 KB") << "a file of 5 bytes counts as one unit";
+    EXPECT_FALSE(rows[0][3].empty()) << "the date it was written";
+    EXPECT_EQ(rows[1][4], BinDir() + L"LaunchTarget.exe");
+
+    Command(kSortByLocation);
+    list = List();
+    std::vector<std::wstring> locations;
+    for (const auto& row : list.Cells(L"row")) locations.push_back(row.at(4));
+    auto sorted = locations;
+    std::sort(sorted.begin(), sorted.end(),
+              [](const std::wstring& a, const std::wstring& b) { return _wcsicmp(a.c_str(), b.c_str()) < 0; });
+    EXPECT_EQ(locations, sorted) << "by location, upwards";
+    EXPECT_NE(Names(list), byName);
+
+    for (auto [command, view] : {std::pair{kSmallIcons, L"2"}, {kList, L"3"}, {kLargeIcons, L"0"}}) {
+        Command(command);
+        list = List();
+        EXPECT_EQ(list.Value(L"view"), view);
+        EXPECT_EQ(list.Cells(L"row").size(), 4u);
+    }
+    Command(kSortByName);
+    EXPECT_EQ(Names(List()), byName);
+    // Nothing to report but the missing help file, which these tests do not install.
+    for (const LogRow& row : ReadLogRows(m_logs->path())) EXPECT_EQ(row.number, 27058);
+}
+
+TEST_F(ShellList, ViewModeAndSortSurviveARestart) {
+    StartPanel();
+    ASSERT_EQ(List().exitCode, 0u);
+    Command(kDetails);
+    Command(kSortByLocation);
+    const auto before = Names(List());
+    Close();
+    StartPanel();
+    auto list = List();
+    EXPECT_EQ(list.Value(L"view"), L"1") << "Details again";
+    EXPECT_EQ(Names(list), before) << "sorted by location again";
+}
+
+}  // namespace
+}  // namespace lptest
