@@ -58,6 +58,7 @@ public:
     void CollectListPreferences(KYjlpViewList& view, KYjutlRegistrar_PREFS& prefs);
     // The refresh (32847) and save (32779) commands of the menu.
     void OnViewRefresh(UINT id);
+    bool ReadChangingCatalogue();
     void OnFileSave(UINT id);
     virtual bool SavePreferences();
 

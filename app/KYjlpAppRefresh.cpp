@@ -202,6 +202,21 @@ void AddNewItems(Refresh& r) {
 }
 }  // namespace
 
+// A catalogue that an administrator's script is changing can fail a read half
+// way (a key deleted under the reader); when the key changed again meanwhile,
+// the read is made again rather than told, up to a few times.
+bool KYjlpApp::ReadChangingCatalogue() {
+    constexpr int kAttempts = 4;
+    m_pRegistrar->m_pszOnlyApp = nullptr;
+    for (int attempt = 1;; ++attempt) {
+        if (m_pRegistrar->ObtainInstalledApps() && m_pRegistrar->m_uError == 0) return true;
+        HANDLE watch = m_hWatchEvents[kWatchCatalogue].get();
+        if (attempt == kAttempts || !watch || WaitForSingleObject(watch, 0) != WAIT_OBJECT_0) return false;
+        WatchRegistryKey(m_hKeyCatalogue, L"SOFTWARE\\Veltran\\Corvane\\AppServer\\InstalledApps", kWatchCatalogue);
+        Sleep(50);  // let the script finish its change
+    }
+}
+
 bool KYjlpApp::RefreshItems() {
     if (m_pStatus) m_pStatus->ClearStatus();
     KYjlpDoc* doc = GetDocument();
@@ -215,8 +230,7 @@ bool KYjlpApp::RefreshItems() {
         if (!doc->Items()) throw 27586;
         if (!doc->LargeImages()) throw 27529;
         if (!doc->SmallImages()) throw 27530;
-        m_pRegistrar->m_pszOnlyApp = nullptr;
-        if (!m_pRegistrar->ObtainInstalledApps() || m_pRegistrar->m_uError) {
+        if (!ReadChangingCatalogue()) {
             AddToStatus(m_pStatus, MapRegistrarError(m_pRegistrar->m_uError));
             throw 0;
         }

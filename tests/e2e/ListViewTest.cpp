@@ -133,5 +133,49 @@ TEST_F(ShellList, ViewModeAndSortSurviveARestart) {
     EXPECT_EQ(Names(list), before) << "sorted by location again";
 }
 
+// Waits until the list shows rows named exactly so (in any order); the last answer.
+lpdriver::DriverAnswer WaitForNames(lpdriver::DriverClient& driver, const std::wstring& pid,
+                                    std::vector<std::wstring> expected) {
+    std::sort(expected.begin(), expected.end());
+    lpdriver::DriverAnswer list;
+    for (int look = 0; look < 50; ++look) {
+        list = driver.Run({L"listview", pid, kLimit});
+        std::vector<std::wstring> names;
+        for (const auto& row : list.Cells(L"row")) names.push_back(row.empty() ? L"" : row[0]);
+        std::sort(names.begin(), names.end());
+        if (names == expected) break;
+        Sleep(100);
+    }
+    return list;
+}
+
+TEST_F(ShellList, FollowsACatalogueChangedWhileItRuns) {
+    StartPanel();
+    ASSERT_EQ(List().exitCode, 0u);
+    Command(kDetails);
+    auto sent = m_driver.Run({L"select", m_pid, L"1", kLimit});
+    const bool canSelect = sent.exitCode == 0;
+    // One added, one removed, one changed, one override that renames nothing but moves the target.
+    AddApp(L"Delta", BinDir() + L"LaunchTarget.exe");
+    DeleteTree(HKEY_LOCAL_MACHINE, std::wstring(kCatalogueKey) + L"\\Gamma");
+    AddApp(L"Beta Tool", BinDir() + L"LaunchTargetConsole.exe");
+    auto list = WaitForNames(m_driver, m_pid, {L"alpha notes", L"Beta Tool", L"Delta", L"\u00dcber \u03a9"});
+    const auto rows = list.Cells(L"row");
+    ASSERT_EQ(rows.size(), 4u) << Narrow(list.Text());
+    for (const auto& row : rows) {
+        if (row.at(0) == L"Beta Tool") {
+            EXPECT_EQ(row.at(4), BinDir() + L"LaunchTargetConsole.exe") << "changed in place";
+        }
+        if (row.at(0) == L"Delta") {
+            EXPECT_EQ(row.at(4), BinDir() + L"LaunchTarget.exe");
+        }
+    }
+    EXPECT_EQ(list.Value(L"view"), L"1") << "the view stays as the user left it";
+    if (canSelect) {
+        EXPECT_EQ(list.Value(L"selected"), sent.Value(L"selected")) << "the selection survives";
+    }
+    for (const LogRow& row : ReadLogRows(m_logs->path())) EXPECT_EQ(row.number, 27058);
+}
+
 }  // namespace
 }  // namespace lptest
