@@ -177,5 +177,34 @@ TEST_F(ShellList, FollowsACatalogueChangedWhileItRuns) {
     for (const LogRow& row : ReadLogRows(m_logs->path())) EXPECT_EQ(row.number, 27058);
 }
 
+TEST_F(ShellList, BadInputIsToldAndLosesNothing) {
+    // A name as long as the registry allows, an icon file that does not exist, a
+    // preference of the wrong type beside a good one.
+    const std::wstring longName = L"Long " + std::wstring(250, L'x');
+    AddApp(longName, BinDir() + L"LaunchTarget.exe");
+    LP_SET_STRING(HKEY_LOCAL_MACHINE, std::wstring(kCatalogueKey) + L"\\Beta Tool", L"IconPath",
+                  m_work.path() + L"missing.ico");
+    const std::wstring store = std::wstring(kPreferencesKey) + L"\\Settings\\Standard";
+    LP_SET_STRING(HKEY_CURRENT_USER, store, L"LV_StylesBasic", L"not a number");
+    const uint32_t sortByLocation[3] = {24701, 1, 0};
+    LP_SET_BINARY(HKEY_CURRENT_USER, store, L"LV_ItemsSortInfo", sortByLocation, sizeof sortByLocation);
+    StartPanel();
+    auto list = m_driver.Run({L"listview", m_pid, L"--min-rows", L"5", kLimit});
+    ASSERT_EQ(list.exitCode, 0u) << Narrow(list.Text()) << Numbers(ReadLogRows(m_logs->path()));
+    EXPECT_EQ(list.Value(L"view"), L"0") << "the unusable style word takes its default";
+    const auto names = Names(list);
+    EXPECT_NE(std::find(names.begin(), names.end(), longName), names.end());
+    EXPECT_NE(std::find(names.begin(), names.end(), L"Beta Tool"), names.end()) << "shown with another icon";
+    Command(kDetails);
+    std::vector<std::wstring> locations;
+    for (const auto& row : List().Cells(L"row")) locations.push_back(row.at(4));
+    EXPECT_TRUE(std::is_sorted(locations.begin(), locations.end(), [](const std::wstring& a, const std::wstring& b) {
+        return _wcsicmp(a.c_str(), b.c_str()) < 0;
+    })) << "the good sort preference is kept";
+    const auto rows = ReadLogRows(m_logs->path());
+    EXPECT_EQ(RowsOf(rows, 27203).size(), 1u) << "the missing icon file, told once: " << Numbers(rows);
+    EXPECT_EQ(RowsOf(rows, 27024).size(), 0u) << "and not again when the icons are found";
+}
+
 }  // namespace
 }  // namespace lptest
