@@ -127,6 +127,7 @@ public:
     // activation then starts no second copy.
     bool IsItemStarting(const wchar_t* name) const;
     void OnAppLaunch(UINT id);
+    void ShowLaunchStatus(bool starting);
     void OnUpdateAppLaunch(fw::CmdUI& ui);
     void ReportLaunchFailure(const std::wstring& name);
     LaunchRequestList m_listLaunchRequests;

@@ -1,6 +1,8 @@
 // The running program: the pump that also waits on the three watch events, the
 // registry watches, the watch handlers and the idle counts.
 #include "app/KYjlpApp.h"
+#include "app/KYjlpItemLaunchRequest.h"
+#include "framework/ResourceModule.h"
 #include "brander/KYpbr.h"
 #include "framework/FrameWnd.h"
 #include "monitor/KYbpm.h"
@@ -203,14 +205,27 @@ bool KYjlpApp::IdleStep(long count) {
         return true;
     case 2:
         if (!m_bPrintersAttempted && !m_bPrintersActive) return true;
-        // The status bar's text of the starting program comes with the status bar.
-        if (MainWindow()) DrainLaunchRequests(kLaunchLimitSeconds, nullptr, nullptr);
+        if (MainWindow()) ShowLaunchStatus(DrainLaunchRequests(kLaunchLimitSeconds, nullptr, nullptr));
         return false;
     case 3:
         if (!m_bPrintersAttempted && !m_bPrintersActive) AcquireClientPrinters(true);
         return false;
     default:
         return false;
+    }
+}
+
+// While the newest launch still starts, the first pane names it; then the count again.
+void KYjlpApp::ShowLaunchStatus(bool starting) {
+    auto* frame = dynamic_cast<KYjlpFrameMain*>(MainWindow());
+    if (!frame) return;
+    const KYjlpItemLaunchRequest* head = m_listLaunchRequests.empty() ? nullptr : m_listLaunchRequests.front().get();
+    if (starting && head && head->pszName) {
+        wchar_t text[512] = {};
+        _snwprintf(text, 511, fw::ResString(24598).c_str(), head->pszName.get());
+        if (frame->StatusBar().PaneText(0) != text) frame->SetBusyText(text);
+    } else if (frame->StatusBar().IsOverridden(0)) {
+        frame->EndBusyText();
     }
 }
 

@@ -5,6 +5,46 @@
 #include "foundation/KYstdPgmStat.h"
 #include "framework/ResourceModule.h"
 #include "monitor/KYbpm.h"
+#include "window/KYjlpViewList.h"
+
+namespace {
+constexpr UINT kStatusBarId = 0xE801;  // the framework's id of the status bar
+}  // namespace
+
+bool KYjlpFrameMain::LoadFrame(UINT resourceId, DWORD style) {
+    if (!fw::FrameWnd::LoadFrame(resourceId, style)) return false;
+    // Two panes: the count or a message, and the session's pane at the right.
+    if (m_statusBar.Create(m_hwnd, kStatusBarId)) {
+        const int edges[2] = {-1, -1};
+        m_statusBar.SetIndicatorsTracked(edges, 1);
+    }
+    return true;
+}
+
+void KYjlpFrameMain::RecalcLayout() {
+    RECT r{};
+    GetClientRect(r);
+    if (m_statusBar) {
+        SendMessageW(m_statusBar.Handle(), WM_SIZE, 0, 0);
+        r.bottom -= m_statusBar.Height();
+    }
+    if (fw::View* view = ActiveView(); view && *view) view->Move(r);
+}
+
+void KYjlpFrameMain::SetBusyText(const std::wstring& text) {
+    if (!m_statusBar.SetOverrideText(0, text)) EndBusyText();
+}
+
+void KYjlpFrameMain::EndBusyText() {
+    m_statusBar.ClearOverride(0);
+    m_statusBar.RefreshPaneCount(dynamic_cast<KYjlpViewList*>(ActiveView()));
+}
+
+LRESULT KYjlpFrameMain::OnMessage(UINT msg, WPARAM w, LPARAM l) {
+    // The framework's idle update: the first pane follows the list's count.
+    if (msg == fw::WM_IDLEUPDATECMDUI) m_statusBar.RefreshPaneCount(dynamic_cast<KYjlpViewList*>(ActiveView()));
+    return fw::FrameWnd::OnMessage(msg, w, l);
+}
 
 bool KYjlpFrameMain::RestoreWindow(const wchar_t* caller) {
     KYjlpApp* app = TheApp();

@@ -11,6 +11,7 @@
 #include "document/SituationReport.h"
 #include "framework/FrameWnd.h"
 #include "framework/ResourceModule.h"
+#include "window/KYjlpFrameMain.h"
 
 namespace {
 const wchar_t kSourceName[] = L"KYjlpViewList";
@@ -50,16 +51,23 @@ std::wstring KYjlpViewList::LaunchHint() const {
     return text;
 }
 
-// The wait cursor while the shell works; the status bar's text of messageId
-// (with the name) comes with the status bar.
+// The wait cursor while the shell works, and the message of messageId (with the
+// name) on the status bar's first pane.
 void KYjlpViewList::ShowBusy(UINT messageId, const std::wstring& name) {
-    (void)messageId;
-    (void)name;
     SetCursor(LoadCursorW(nullptr, IDC_WAIT));
+    KYjlpApp* app = TheApp();
+    auto* frame = app ? dynamic_cast<KYjlpFrameMain*>(app->MainWindow()) : nullptr;
+    if (!frame) return;
+    wchar_t text[512] = {};
+    _snwprintf(text, 511, fw::ResString(messageId).c_str(), name.c_str());
+    frame->SetBusyText(text);
 }
 
-// The next WM_SETCURSOR puts the cursor back.
-void KYjlpViewList::EndBusy() {}
+// The next WM_SETCURSOR puts the cursor back; the first pane shows the count again.
+void KYjlpViewList::EndBusy() {
+    KYjlpApp* app = TheApp();
+    if (auto* frame = app ? dynamic_cast<KYjlpFrameMain*>(app->MainWindow()) : nullptr) frame->EndBusyText();
+}
 
 bool KYjlpViewList::LaunchItem(LV_TEXTLINE* item, int index, POSITION pos) {
     (void)pos;
@@ -76,8 +84,7 @@ bool KYjlpViewList::LaunchItem(LV_TEXTLINE* item, int index, POSITION pos) {
     // A double-click repeated or Enter held while the program still comes up
     // starts no second copy: the user is told it is starting.
     if (KYjlpApp* app = TheApp(); app && item && app->IsItemStarting(item->name)) {
-        ShowBusy(24598, shown);
-        EndBusy();
+        ShowBusy(24598, shown);  // the text stands until the program is up
         lpreport::Tell(27542, shown);
         return false;
     }
