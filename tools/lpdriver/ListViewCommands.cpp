@@ -1,53 +1,16 @@
 // listview and statusbar: the common controls of a process, read from outside.
 #include "tools/lpdriver/ArgumentList.h"
 #include "tools/lpdriver/Commands.h"
+#include "tools/lpdriver/ControlSearch.h"
 #include "tools/lpdriver/DriverFailure.h"
 #include "tools/lpdriver/ProcessWindows.h"
 #include "tools/lpdriver/RemoteBuffer.h"
 #include "tools/lpdriver/RemoteListView.h"
-#include "tools/lpdriver/WindowWait.h"
 #include <commctrl.h>
 
 namespace lpdriver {
 
 namespace {
-
-bool IsVisibleOfClass(HWND window, const wchar_t* className) {
-    return ::IsWindowVisible(window) &&
-           ::lstrcmpiW(ProcessWindows::ClassOf(window).c_str(), className) == 0;
-}
-
-// The first visible control of the class: the given window itself or among its
-// descendants, else under the visible top-level windows of the process.
-HWND FindControl(DWORD processId, HWND within, const wchar_t* className) {
-    std::vector<HWND> roots;
-    if (within) roots.push_back(within);
-    else
-        for (HWND window : ProcessWindows::TopLevel(processId))
-            if (::IsWindowVisible(window)) roots.push_back(window);
-    for (HWND root : roots) {
-        if (IsVisibleOfClass(root, className)) return root;
-        for (HWND child : ProcessWindows::Descendants(root))
-            if (IsVisibleOfClass(child, className)) return child;
-    }
-    return nullptr;
-}
-
-HWND AwaitControl(const ArgumentList& args, const wchar_t* className, int minimumRows,
-                  OutputWriter& out) {
-    const DWORD processId = ProcessWindows::ParseProcessId(args.Positional(0));
-    const DWORD limit = ArgumentList::ParseDword(args.Positional(1), L"time limit");
-    const auto given = args.Value(L"--window");
-    const HWND within = given ? ArgumentList::ParseWindow(*given) : nullptr;
-    WindowWait wait(processId, limit);
-    return wait.Until(
-        [&]() -> HWND {
-            const HWND control = FindControl(processId, within, className);
-            if (control == nullptr || minimumRows == 0) return control;
-            return RemoteListView(control).ItemCount() >= minimumRows ? control : nullptr;
-        },
-        std::wstring(L"a control of class ") + className, out);
-}
 
 std::wstring JoinEscaped(const std::vector<std::wstring>& cells) {
     std::wstring line;
@@ -61,8 +24,9 @@ int RunListView(const Words& words, OutputWriter& out) {
     const ArgumentList args(words, {{L"--window", true}, {L"--min-rows", true}});
     args.RequirePositional(2, 2);
     const auto rows = args.Value(L"--min-rows");
-    const int minimumRows = rows ? static_cast<int>(ArgumentList::ParseDword(*rows, L"row count")) : 0;
-    const HWND found = AwaitControl(args, RemoteListView::kClass, minimumRows, out);
+    ControlQuery query = ParseControlQuery(args, 1);
+    query.minimumRows = rows ? static_cast<int>(ArgumentList::ParseDword(*rows, L"row count")) : 0;
+    const HWND found = AwaitControl(query, RemoteListView::kClass, out);
     const RemoteListView list(found);
     const int columns = list.ColumnCount();
     const int count = list.ItemCount();
@@ -87,7 +51,7 @@ int RunListView(const Words& words, OutputWriter& out) {
 int RunStatusBar(const Words& words, OutputWriter& out) {
     const ArgumentList args(words, {{L"--window", true}});
     args.RequirePositional(2, 2);
-    const HWND bar = AwaitControl(args, STATUSCLASSNAMEW, 0, out);
+    const HWND bar = AwaitControl(ParseControlQuery(args, 1), STATUSCLASSNAMEW, out);
     constexpr size_t kMostParts = 256;
     const RemoteBuffer edges(bar, kMostParts * sizeof(int));
     const int parts = static_cast<int>(ProcessWindows::Ask(bar, SB_GETPARTS, kMostParts, edges.At(0)));
