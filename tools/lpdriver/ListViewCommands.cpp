@@ -18,33 +18,71 @@ std::wstring JoinEscaped(const std::vector<std::wstring>& cells) {
     return line;
 }
 
+std::wstring PointText(POINT point) {
+    return std::to_wstring(point.x) + L"," + std::to_wstring(point.y);
+}
+
+template <typename Number>
+std::wstring JoinNumbers(const std::vector<Number>& numbers, const wchar_t* separator) {
+    std::wstring line;
+    for (size_t i = 0; i < numbers.size(); ++i) line += (i ? separator : L"") + std::to_wstring(numbers[i]);
+    return line;
+}
+
+void PrintRows(const RemoteListView& list, int columns, OutputWriter& out) {
+    const int count = list.ItemCount();
+    std::vector<int> selected;
+    for (int item = 0; item < count; ++item) {
+        std::vector<std::wstring> cells;
+        for (int column = 0; column < columns; ++column) cells.push_back(list.ItemText(item, column));
+        out.Raw(L"row", JoinEscaped(cells));
+        if (list.IsSelected(item)) selected.push_back(item);
+    }
+    out.Number(L"rows", count);
+    out.Raw(L"selected", JoinNumbers(selected, L","));
+    out.Number(L"focused", list.Focused());
+}
+
+void PrintPositions(const RemoteListView& list, OutputWriter& out) {
+    out.Raw(L"origin", PointText(list.Origin()));
+    const int count = list.ItemCount();
+    for (int item = 0; item < count; ++item)
+        out.Raw(L"pos", std::to_wstring(item) + L"\t" + PointText(list.ItemPosition(item)));
+}
+
+// The header's sort arrow, and the columns as the user has sized and ordered them
+// (only the details view shows columns).
+void PrintColumns(const RemoteListView& list, OutputWriter& out) {
+    const SortState sort = list.Sort();
+    out.Number(L"sortcolumn", sort.column);
+    out.Raw(L"sortdir", sort.direction);
+    const int columns = list.HeaderItemCount();
+    if (list.View() != LV_VIEW_DETAILS || columns == 0) return;
+    std::vector<int> widths;
+    for (int column = 0; column < columns; ++column) widths.push_back(list.ColumnWidth(column));
+    out.Raw(L"widths", JoinNumbers(widths, L"\t"));
+    out.Raw(L"order", JoinNumbers(list.ColumnOrder(columns), L"\t"));
+}
+
 }  // namespace
 
 int RunListView(const Words& words, OutputWriter& out) {
-    const ArgumentList args(words, {{L"--window", true}, {L"--min-rows", true}});
+    const ArgumentList args(words, {{L"--window", true}, {L"--min-rows", true}, {L"--positions", false}});
     args.RequirePositional(2, 2);
-    const auto rows = args.Value(L"--min-rows");
     ControlQuery query = ParseControlQuery(args, 1);
-    query.minimumRows = rows ? static_cast<int>(ArgumentList::ParseDword(*rows, L"row count")) : 0;
+    if (const auto rows = args.Value(L"--min-rows"))
+        query.minimumRows = static_cast<int>(ArgumentList::ParseDword(*rows, L"row count"));
     const HWND found = AwaitControl(query, RemoteListView::kClass, out);
     const RemoteListView list(found);
     const int columns = list.ColumnCount();
-    const int count = list.ItemCount();
     out.Window(L"hwnd", found);
     out.Number(L"view", list.View());
     out.Number(L"columns", columns);
     // Lines of several cells carry each cell escaped, the cells apart by a tab.
     out.Raw(L"headings", JoinEscaped(list.Headings(columns)));
-    std::wstring selected;
-    for (int item = 0; item < count; ++item) {
-        std::vector<std::wstring> cells;
-        for (int column = 0; column < columns; ++column) cells.push_back(list.ItemText(item, column));
-        out.Raw(L"row", JoinEscaped(cells));
-        if (list.IsSelected(item)) selected += (selected.empty() ? L"" : L",") + std::to_wstring(item);
-    }
-    out.Number(L"rows", count);
-    out.Raw(L"selected", selected);
-    out.Number(L"focused", list.Focused());
+    PrintRows(list, columns, out);
+    if (args.Has(L"--positions")) PrintPositions(list, out);
+    PrintColumns(list, out);
     return kExitSuccess;
 }
 

@@ -1,5 +1,6 @@
 // A list control of another process, read through memory placed in that process:
-// the control writes its texts where the item record points, inside its own space.
+// the control writes its texts, points and orders where the message points, inside
+// its own space.
 #pragma once
 #include <windows.h>
 #include "tools/lpdriver/RemoteBuffer.h"
@@ -8,12 +9,19 @@
 
 namespace lpdriver {
 
+// The sort arrow the header shows (HDF_SORTUP / HDF_SORTDOWN on one column).
+struct SortState {
+    int column = -1;         // -1: no column shows an arrow
+    const wchar_t* direction = L"none";  // "up", "down" or "none"
+};
+
 class RemoteListView {
 public:
     static constexpr const wchar_t* kClass = L"SysListView32";
 
     explicit RemoteListView(HWND listView);
 
+    HWND Window() const noexcept { return m_listView; }
     int ItemCount() const;
     // The columns of the header; 1 when there is no header (the item text alone).
     int ColumnCount() const;
@@ -22,6 +30,19 @@ public:
     bool IsSelected(int item) const;
     int Focused() const;  // -1: no item has the focus
     DWORD View() const;   // LV_VIEW_ICON, LV_VIEW_DETAILS, LV_VIEW_SMALLICON, LV_VIEW_LIST
+
+    // Client coordinates of the list, as LVM_GETITEMPOSITION and LVM_GETORIGIN answer.
+    POINT ItemPosition(int item) const;
+    // The control has an origin in the icon views only; elsewhere 0,0.
+    POINT Origin() const;
+
+    // The header control; null when the list has none (yet).
+    HWND Header() const;
+    // The header's items, 0 without a header.
+    int HeaderItemCount() const;
+    SortState Sort() const;
+    int ColumnWidth(int column) const;
+    std::vector<int> ColumnOrder(int columns) const;
 
 private:
     std::wstring ReadText() const;
