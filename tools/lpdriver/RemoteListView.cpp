@@ -129,6 +129,28 @@ std::vector<int> RemoteListView::ColumnOrder(int columns) const {
     return order;
 }
 
+void RemoteListView::SetItemState(int item, UINT state, UINT mask) const {
+    LVITEMW record{};
+    record.state = state;
+    record.stateMask = mask;
+    m_buffer.Write(0, &record, sizeof record);
+    if (!ProcessWindows::Ask(m_listView, LVM_SETITEMSTATE, static_cast<WPARAM>(item), m_buffer.At(0)))
+        throw DriverFailure{kExitWin32, L"the list refused LVM_SETITEMSTATE for row " + std::to_wstring(item)};
+}
+
+void RemoteListView::SetColumnWidth(int column, int width) const {
+    if (!ProcessWindows::Ask(m_listView, LVM_SETCOLUMNWIDTH, column, MAKELPARAM(width, 0)))
+        throw DriverFailure{kExitWin32, L"the list refused LVM_SETCOLUMNWIDTH for column " +
+                                            std::to_wstring(column)};
+}
+
+void RemoteListView::SetColumnOrder(const std::vector<int>& order) const {
+    if (order.empty() || order.size() > kMostColumns) ThrowUsage(L"a column order names 1 or more columns");
+    m_buffer.Write(0, order.data(), order.size() * sizeof(int));
+    if (!ProcessWindows::Ask(m_listView, LVM_SETCOLUMNORDERARRAY, order.size(), m_buffer.At(0)))
+        throw DriverFailure{kExitWin32, L"the list refused LVM_SETCOLUMNORDERARRAY"};
+}
+
 std::wstring RemoteListView::ReadText() const {
     // A callback item may hand back a pointer of its own instead of filling the
     // buffer; its text is then out of reach and reads as empty.

@@ -1,6 +1,6 @@
-// A list control of another process, read through memory placed in that process:
-// the control writes its texts, points and orders where the message points, inside
-// its own space.
+// A list control of another process, read and set through memory placed in that
+// process: the control writes its texts, points and orders where the message points,
+// inside its own space, and reads the states and orders it is given there.
 #pragma once
 #include <windows.h>
 #include "tools/lpdriver/RemoteBuffer.h"
@@ -43,6 +43,11 @@ public:
     SortState Sort() const;
     int ColumnWidth(int column) const;
     std::vector<int> ColumnOrder(int columns) const;
+
+    // Selection (LVIS_SELECTED) and focus (LVIS_FOCUSED) of one row, or of every row for -1.
+    void SetItemState(int item, UINT state, UINT mask) const;
+    void SetColumnWidth(int column, int width) const;
+    void SetColumnOrder(const std::vector<int>& order) const;
 
 private:
     std::wstring ReadText() const;
