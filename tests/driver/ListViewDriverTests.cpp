@@ -1,7 +1,9 @@
-// The driver's reading of a list view beyond its texts, and the user's work on it
-// that needs no mouse, against lp_driver_target: where the rows are in every view,
-// the sort arrow, the selection, the columns' widths and order.
+// The driver's work on a list view as a user does it, against lp_driver_target:
+// its frame's title tells what reached it (a heading clicked, a row double-clicked,
+// Enter, a row dragged and dropped), and the driver's own reading of the list tells
+// what changed (selection, positions, sort arrow, column widths and order).
 #include "tests/driver/DriverTestSupport.h"
+#include <climits>
 #include <map>
 #include <string>
 #include <vector>
@@ -10,8 +12,37 @@ namespace {
 
 using namespace lpdrivertest;
 
+constexpr const wchar_t* kTitle = L"Driver Target";
+
+// The frame's whole title once it holds `words`, waited for up to the limit.
+std::wstring TitleOnceItHas(const Target& target, const std::wstring& words) {
+    const DriverAnswer found = Drive({L"find-window", target.Pid(), L"--class", L"LpDriverTarget",
+                                      L"--title-contains", words, kLimit});
+    EXPECT_EQ(found.exitCode, 0u) << lptest::Narrow(found.Text());
+    return found.Value(L"title");
+}
+
+// The frame's title as it is now: the posted path returns once the program has
+// handled the input, so what it recorded is there already.
+std::wstring TitleNow(const Target& target) {
+    const DriverAnswer found = Drive({L"find-window", target.Pid(), L"--class", L"LpDriverTarget", L"0"});
+    EXPECT_EQ(found.exitCode, 0u) << lptest::Narrow(found.Text());
+    return found.Value(L"title");
+}
+
+// A point line of the answer (from=, origin=, point=); a failure names the answer.
+POINT PointOf(const DriverAnswer& answer, const wchar_t* key) {
+    POINT point{LONG_MIN, LONG_MIN};
+    EXPECT_TRUE(answer.Point(key, point)) << lptest::Narrow(answer.Text());
+    return point;
+}
+
 std::wstring PointText(POINT point) {
     return std::to_wstring(point.x) + L"," + std::to_wstring(point.y);
+}
+
+POINT Offset(POINT point, LONG dx, LONG dy) {
+    return POINT{point.x + dx, point.y + dy};
 }
 
 // The rows' positions as text, so that a failed comparison reads well.
@@ -57,6 +88,30 @@ TEST_F(ListViewDriverTest, ReadsPositionsInEveryViewAndColumnsInDetails) {
     }
 }
 
+TEST_F(ListViewDriverTest, TheOriginAndThePositionsMoveWithTheScroll) {
+    Target target(L"/view icon /rows 60");
+    ASSERT_TRUE(target.Started());
+    const DriverAnswer before = ReadWithPositions(target);
+    EXPECT_DRIVER(before, 0);
+    EXPECT_EQ(before.Value(L"origin"), L"0,0");
+    ASSERT_EQ(Positions(before).size(), 63u);
+
+    // Activating the last row scrolls it into view first.
+    const DriverAnswer activated = Drive({L"activate", target.Pid(), L"62", L"--input", L"posted", kLimit});
+    EXPECT_DRIVER(activated, 0);
+    EXPECT_EQ(TitleNow(target), std::wstring(kTitle) + L": double-click 62, activated 62");
+    const DriverAnswer after = ReadWithPositions(target);
+    EXPECT_DRIVER(after, 0);
+    const POINT origin = PointOf(after, L"origin");
+    EXPECT_EQ(origin.x, 0);
+    EXPECT_NE(origin.y, 0) << "the view did not scroll";
+    // Positions are client points: every row moved with the origin.
+    for (const int row : {0, 30, 62}) {
+        const POINT was = before.Positions().at(row);
+        EXPECT_EQ(Positions(after).at(row), PointText(Offset(was, origin.x, origin.y))) << row;
+    }
+}
+
 TEST_F(ListViewDriverTest, SelectSelectsExactlyTheRowsNamed) {
     Target target(L"/select 1");
     ASSERT_TRUE(target.Started());
@@ -83,6 +138,94 @@ TEST_F(ListViewDriverTest, SelectSelectsExactlyTheRowsNamed) {
     EXPECT_EQ(Drive({L"listview", target.Pid(), kLimit}).Value(L"selected"), L"1");
 }
 
+TEST_F(ListViewDriverTest, ActivateDoubleClicksTheLabelThroughTheSystemInEveryView) {
+    for (const wchar_t* view : {L"icon", L"smallicon", L"list", L"details"}) {
+        SCOPED_TRACE(lptest::Narrow(view));
+        Target target(std::wstring(L"/view ") + view);
+        ASSERT_TRUE(target.Started());
+        const DriverAnswer answer = Drive({L"activate", target.Pid(), L"1", kLimit});
+        EXPECT_DRIVER(answer, 0);
+        EXPECT_EQ(answer.Value(L"input"), L"system");
+        EXPECT_FALSE(answer.Has(L"fallback"));
+        EXPECT_EQ(answer.Value(L"activated"), L"1");
+        EXPECT_EQ(TitleOnceItHas(target, L"activated"), std::wstring(kTitle) + L": double-click 1, activated 1");
+        // The first press of the double-click selected the row, as a user's does.
+        const DriverAnswer read = Drive({L"listview", target.Pid(), kLimit});
+        EXPECT_EQ(read.Value(L"selected"), L"1");
+        EXPECT_EQ(read.Value(L"focused"), L"1");
+    }
+}
+
+TEST_F(ListViewDriverTest, ActivateByPostedMessagesOrByTheKeyboard) {
+    Target target(L"/select 1");
+    ASSERT_TRUE(target.Started());
+    const DriverAnswer posted = Drive({L"activate", target.Pid(), L"2", L"--input", L"posted", kLimit});
+    EXPECT_DRIVER(posted, 0);
+    EXPECT_EQ(posted.Value(L"input"), L"posted");
+    EXPECT_EQ(posted.Value(L"activated"), L"2");
+    EXPECT_EQ(TitleNow(target), std::wstring(kTitle) + L": double-click 2, activated 2");
+
+    const DriverAnswer key = Drive({L"activate", target.Pid(), L"0", L"--keyboard", kLimit});
+    EXPECT_DRIVER(key, 0);
+    EXPECT_EQ(key.Value(L"input"), L"posted");
+    EXPECT_EQ(key.Value(L"activated"), L"0");
+    EXPECT_EQ(TitleNow(target), std::wstring(kTitle) + L": double-click 2, activated 2, key 13, return, activated 0");
+    const DriverAnswer read = Drive({L"listview", target.Pid(), kLimit});
+    EXPECT_EQ(read.Value(L"selected"), L"0");
+    EXPECT_EQ(read.Value(L"focused"), L"0");
+
+    EXPECT_DRIVER(Drive({L"activate", target.Pid(), L"3", kLimit}), 1);
+    EXPECT_EQ(TitleNow(target), std::wstring(kTitle) + L": double-click 2, activated 2, key 13, return, activated 0");
+}
+
+TEST_F(ListViewDriverTest, ActivateFallsBackToPostingWhenAWindowOnTopCoversTheRow) {
+    Target covered(L"");
+    ASSERT_TRUE(covered.Started());
+    Target above(L"/topmost");
+    ASSERT_TRUE(above.Started());
+    EXPECT_DRIVER(Drive({L"find-window", above.Pid(), L"--class", L"LpDriverTarget", L"--visible", kLimit}), 0);
+
+    const DriverAnswer strict = Drive({L"activate", covered.Pid(), L"1", L"--input", L"system", kLimit});
+    EXPECT_DRIVER(strict, 1);
+    EXPECT_FALSE(strict.Has(L"activated"));
+
+    const DriverAnswer answer = Drive({L"activate", covered.Pid(), L"1", kLimit});
+    EXPECT_DRIVER(answer, 0);
+    EXPECT_EQ(answer.Value(L"input"), L"posted");
+    EXPECT_NE(answer.Value(L"fallback").find(L"not the control"), std::wstring::npos) << lptest::Narrow(answer.Text());
+    EXPECT_EQ(TitleNow(covered), std::wstring(kTitle) + L": double-click 1, activated 1");
+    EXPECT_EQ(TitleNow(above), kTitle);
+}
+
+TEST_F(ListViewDriverTest, HeaderClickClicksTheColumnAndTheTargetShowsItsSortArrow) {
+    Target target(L"");
+    ASSERT_TRUE(target.Started());
+    const DriverAnswer first = Drive({L"header-click", target.Pid(), L"2", kLimit});
+    EXPECT_DRIVER(first, 0);
+    EXPECT_EQ(first.Value(L"input"), L"system");
+    EXPECT_EQ(first.Value(L"clicked"), L"2");
+    EXPECT_TRUE(first.Value(L"header").starts_with(L"0x"));
+    EXPECT_EQ(TitleOnceItHas(target, L"column"), std::wstring(kTitle) + L": column 2 up");
+    const DriverAnswer up = Drive({L"listview", target.Pid(), kLimit});
+    EXPECT_EQ(up.Value(L"sortcolumn"), L"2");
+    EXPECT_EQ(up.Value(L"sortdir"), L"up");
+
+    const DriverAnswer again = Drive({L"header-click", target.Pid(), L"2", L"--input", L"posted", kLimit});
+    EXPECT_DRIVER(again, 0);
+    EXPECT_EQ(again.Value(L"input"), L"posted");
+    EXPECT_EQ(TitleNow(target), std::wstring(kTitle) + L": column 2 up, column 2 down");
+    const DriverAnswer down = Drive({L"listview", target.Pid(), kLimit});
+    EXPECT_EQ(down.Value(L"sortcolumn"), L"2");
+    EXPECT_EQ(down.Value(L"sortdir"), L"down");
+
+    EXPECT_DRIVER(Drive({L"header-click", target.Pid(), L"3", kLimit}), 1);
+    Target icons(L"/view icon");
+    ASSERT_TRUE(icons.Started());
+    const DriverAnswer hidden = Drive({L"header-click", icons.Pid(), L"0", kLimit});
+    EXPECT_DRIVER(hidden, 1);
+    EXPECT_FALSE(hidden.Has(L"clicked"));
+}
+
 TEST_F(ListViewDriverTest, ColumnWidthAndOrderAreSetAsTheUserWouldLeaveThem) {
     Target target(L"");
     ASSERT_TRUE(target.Started());
@@ -99,25 +242,67 @@ TEST_F(ListViewDriverTest, ColumnWidthAndOrderAreSetAsTheUserWouldLeaveThem) {
     // The headings keep their column indexes; only where they show has changed.
     EXPECT_EQ(read.Cells(L"headings"), (std::vector<std::vector<std::wstring>>{{L"Name", L"Kind", L"Size"}}));
 
+    // A click on column 0 finds it where the new order put it.
+    const DriverAnswer click = Drive({L"header-click", target.Pid(), L"0", L"--input", L"posted", kLimit});
+    EXPECT_DRIVER(click, 0);
+    EXPECT_EQ(PointOf(click, L"point").x, 150 + 80 / 2);
+    EXPECT_EQ(TitleNow(target), std::wstring(kTitle) + L": column 0 up");
+
     EXPECT_DRIVER(Drive({L"column-order", target.Pid(), L"2,0", kLimit}), 2);
     EXPECT_DRIVER(Drive({L"column-order", target.Pid(), L"0,0,1", kLimit}), 2);
     EXPECT_DRIVER(Drive({L"column-width", target.Pid(), L"3", L"80", kLimit}), 1);
     EXPECT_EQ(Drive({L"listview", target.Pid(), kLimit}).Value(L"order"), L"2\t0\t1");
 }
 
-TEST_F(ListViewDriverTest, UsageErrorsOfTheListCommands) {
-    const std::vector<std::vector<std::wstring>> usage = {
-        {L"select", L"12", L"100"},
-        {L"select", L"12", L"1,,2", L"100"},
-        {L"column-width", L"12", L"0", L"99999", L"100"},
-        {L"column-order", L"12", L"100"},
-    };
-    for (const auto& words : usage) {
-        SCOPED_TRACE(lptest::Narrow(words.front() + L" " + words.back()));
-        const DriverAnswer answer = Drive(words);
-        EXPECT_DRIVER(answer, 2);
-        EXPECT_TRUE(answer.Has(L"error"));
+TEST_F(ListViewDriverTest, DragMovesTheIconWhereTheMouseLetGo) {
+    for (const wchar_t* view : {L"icon", L"smallicon"}) {
+        SCOPED_TRACE(lptest::Narrow(view));
+        Target target(std::wstring(L"/view ") + view);
+        ASSERT_TRUE(target.Started());
+        const DriverAnswer read = ReadWithPositions(target);
+        const auto before = Positions(read);
+        ASSERT_EQ(before.size(), 3u);
+        const DriverAnswer drag = Drive({L"drag", target.Pid(), L"0", L"300", L"200", kLimit});
+        EXPECT_DRIVER(drag, 0);
+        EXPECT_EQ(drag.Value(L"input"), L"system");
+        EXPECT_EQ(drag.Value(L"to"), L"300,200");
+        EXPECT_EQ(drag.Value(L"dragged"), L"0");
+        EXPECT_EQ(TitleOnceItHas(target, L"dropped"), std::wstring(kTitle) + L": drag 0, dropped 0 at 300,200");
+        // The row moved by as much as the point grabbed did; the others stayed.
+        const POINT from = PointOf(drag, L"from");
+        const auto after = Positions(ReadWithPositions(target));
+        EXPECT_EQ(after.at(0), PointText(Offset(read.Positions().at(0), 300 - from.x, 200 - from.y)));
+        EXPECT_EQ(after.at(1), before.at(1));
+        EXPECT_EQ(after.at(2), before.at(2));
     }
+}
+
+TEST_F(ListViewDriverTest, APostedDragShorterThanTheThresholdStillMovesTheIcon) {
+    Target target(L"/view icon");
+    ASSERT_TRUE(target.Started());
+    const DriverAnswer read = ReadWithPositions(target);
+    const auto before = Positions(read);
+    ASSERT_EQ(before.size(), 3u);
+    const DriverAnswer first = Drive({L"drag", target.Pid(), L"2", L"250", L"220", L"--input", L"posted", kLimit});
+    EXPECT_DRIVER(first, 0);
+    EXPECT_EQ(first.Value(L"input"), L"posted");
+    EXPECT_EQ(TitleNow(target), std::wstring(kTitle) + L": drag 2, dropped 2 at 250,220");
+
+    // The icon of row 1 sits where row 2's did, as far from its position.
+    const POINT from2 = PointOf(first, L"from");
+    const POINT was1 = read.Positions().at(1);
+    const POINT was2 = read.Positions().at(2);
+    const POINT from1 = Offset(was1, from2.x - was2.x, from2.y - was2.y);
+    const POINT dropAt = Offset(from1, 3, 2);
+    const DriverAnswer shortDrag = Drive({L"drag", target.Pid(), L"1", std::to_wstring(dropAt.x),
+                                          std::to_wstring(dropAt.y), L"--input", L"posted", kLimit});
+    EXPECT_DRIVER(shortDrag, 0);
+    EXPECT_EQ(shortDrag.Value(L"from"), PointText(from1));
+    EXPECT_EQ(TitleNow(target), std::wstring(kTitle) + L": drag 2, dropped 2 at 250,220, drag 1, dropped 1 at " +
+                                    PointText(dropAt));
+    const auto after = Positions(ReadWithPositions(target));
+    EXPECT_EQ(after.at(1), PointText(Offset(was1, 3, 2)));
+    EXPECT_EQ(after.at(0), before.at(0));
 }
 
 TEST(DriverClientPoint, ReadsTwoWholeNumbersAndNothingElse) {
@@ -139,6 +324,26 @@ TEST(DriverClientPoint, ReadsTwoWholeNumbersAndNothingElse) {
     EXPECT_TRUE(answer.Point(L"origin", point));
     EXPECT_EQ(point.y, -12);
     EXPECT_FALSE(answer.Point(L"from", point));
+}
+
+TEST_F(ListViewDriverTest, UsageErrorsOfTheListCommands) {
+    const std::vector<std::vector<std::wstring>> usage = {
+        {L"select", L"12", L"100"},
+        {L"select", L"12", L"1,,2", L"100"},
+        {L"activate", L"12", L"x", L"100"},
+        {L"activate", L"12", L"1", L"--input", L"mouse", L"100"},
+        {L"activate", L"12", L"1", L"--keyboard", L"--input", L"posted", L"100"},
+        {L"header-click", L"12", L"100"},
+        {L"drag", L"12", L"0", L"1", L"100"},
+        {L"column-width", L"12", L"0", L"99999", L"100"},
+        {L"column-order", L"12", L"100"},
+    };
+    for (const auto& words : usage) {
+        SCOPED_TRACE(lptest::Narrow(words.front() + L" " + words.back()));
+        const DriverAnswer answer = Drive(words);
+        EXPECT_DRIVER(answer, 2);
+        EXPECT_TRUE(answer.Has(L"error"));
+    }
 }
 
 }  // namespace

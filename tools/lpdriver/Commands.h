@@ -22,6 +22,9 @@ int RunListView(const Words& words, OutputWriter& out);
 int RunStatusBar(const Words& words, OutputWriter& out);
 int RunScreenshot(const Words& words, OutputWriter& out);
 int RunSelect(const Words& words, OutputWriter& out);
+int RunActivate(const Words& words, OutputWriter& out);
+int RunHeaderClick(const Words& words, OutputWriter& out);
+int RunDrag(const Words& words, OutputWriter& out);
 int RunColumnWidth(const Words& words, OutputWriter& out);
 int RunColumnOrder(const Words& words, OutputWriter& out);
 

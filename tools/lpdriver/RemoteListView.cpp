@@ -7,8 +7,8 @@ namespace lpdriver {
 
 namespace {
 
-// The remote buffer holds one record (item, column, header item, point) and, after
-// it, its text, or an array of column numbers.
+// The remote buffer holds one record (item, column, header item, point, rectangle)
+// and, after it, its text, or an array of column numbers.
 constexpr size_t kTextOffset = 256;
 constexpr size_t kTextChars = 4096;
 constexpr size_t kBufferSize = kTextOffset + kTextChars * sizeof(wchar_t);
@@ -89,6 +89,13 @@ POINT RemoteListView::Origin() const {
     return point;
 }
 
+RECT RemoteListView::ItemRect(int item, int area) const {
+    RECT rect{};
+    if (!AskRect(m_listView, LVM_GETITEMRECT, item, area, rect))
+        ThrowNotFound(L"the list has no row " + std::to_wstring(item));
+    return rect;
+}
+
 HWND RemoteListView::Header() const {
     return reinterpret_cast<HWND>(ProcessWindows::Ask(m_listView, LVM_GETHEADER, 0, 0));
 }
@@ -98,6 +105,14 @@ int RemoteListView::HeaderItemCount() const {
     if (header == nullptr) return 0;
     const int count = static_cast<int>(ProcessWindows::Ask(header, HDM_GETITEMCOUNT, 0, 0));
     return count > 0 ? count : 0;
+}
+
+RECT RemoteListView::HeaderItemRect(int column) const {
+    const HWND header = Header();
+    RECT rect{};
+    if (header == nullptr || !AskRect(header, HDM_GETITEMRECT, column, 0, rect))
+        ThrowNotFound(L"the list has no column " + std::to_wstring(column));
+    return rect;
 }
 
 SortState RemoteListView::Sort() const {
@@ -158,6 +173,14 @@ std::wstring RemoteListView::ReadText() const {
     m_buffer.Read(kTextOffset, text.data(), kTextChars * sizeof(wchar_t));
     text.resize(text.find(L'\0') == std::wstring::npos ? kTextChars - 1 : text.find(L'\0'));
     return text;
+}
+
+bool RemoteListView::AskRect(HWND window, UINT message, WPARAM wParam, LONG first, RECT& rect) const {
+    rect = RECT{first, 0, 0, 0};
+    m_buffer.Write(0, &rect, sizeof rect);
+    if (!ProcessWindows::Ask(window, message, wParam, m_buffer.At(0))) return false;
+    m_buffer.Read(0, &rect, sizeof rect);
+    return true;
 }
 
 }  // namespace lpdriver

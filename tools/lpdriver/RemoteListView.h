@@ -1,6 +1,6 @@
 // A list control of another process, read and set through memory placed in that
-// process: the control writes its texts, points and orders where the message points,
-// inside its own space, and reads the states and orders it is given there.
+// process: the control writes its texts, points and rectangles where the message
+// points, inside its own space, and reads the states and orders it is given there.
 #pragma once
 #include <windows.h>
 #include "tools/lpdriver/RemoteBuffer.h"
@@ -35,11 +35,14 @@ public:
     POINT ItemPosition(int item) const;
     // The control has an origin in the icon views only; elsewhere 0,0.
     POINT Origin() const;
+    // LVIR_BOUNDS, LVIR_ICON or LVIR_LABEL; fails as "not found" for a row that is not there.
+    RECT ItemRect(int item, int area) const;
 
     // The header control; null when the list has none (yet).
     HWND Header() const;
     // The header's items, 0 without a header.
     int HeaderItemCount() const;
+    RECT HeaderItemRect(int column) const;
     SortState Sort() const;
     int ColumnWidth(int column) const;
     std::vector<int> ColumnOrder(int columns) const;
@@ -51,6 +54,9 @@ public:
 
 private:
     std::wstring ReadText() const;
+    // A rectangle the window writes at the start of the buffer for `message`;
+    // `first` is what its left edge holds on the way in (LVM_GETITEMRECT's LVIR_ code).
+    bool AskRect(HWND window, UINT message, WPARAM wParam, LONG first, RECT& rect) const;
 
     HWND m_listView;
     RemoteBuffer m_buffer;
