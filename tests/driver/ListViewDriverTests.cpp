@@ -305,6 +305,29 @@ TEST_F(ListViewDriverTest, APostedDragShorterThanTheThresholdStillMovesTheIcon) 
     EXPECT_EQ(after.at(0), before.at(0));
 }
 
+TEST_F(ListViewDriverTest, KeysGoToTheFocusOrToTheWindowGiven) {
+    Target target(L"/select 0");
+    ASSERT_TRUE(target.Started());
+    const DriverAnswer list = Drive({L"listview", target.Pid(), kLimit});
+    EXPECT_DRIVER(list, 0);
+    // The frame hands the keyboard focus to its list.
+    const DriverAnswer down = Drive({L"keys", target.Pid(), L"0x28"});
+    EXPECT_DRIVER(down, 0);
+    EXPECT_EQ(down.Value(L"hwnd"), list.Value(L"hwnd"));
+    EXPECT_EQ(down.Value(L"sent"), L"1");
+    EXPECT_EQ(TitleOnceItHas(target, L"key"), std::wstring(kTitle) + L": key 40");
+    const DriverAnswer moved = Drive({L"listview", target.Pid(), kLimit});
+    EXPECT_EQ(moved.Value(L"selected"), L"1");
+    EXPECT_EQ(moved.Value(L"focused"), L"1");
+
+    const DriverAnswer two = Drive({L"keys", list.Value(L"hwnd"), L"40,38"});
+    EXPECT_DRIVER(two, 0);
+    EXPECT_EQ(two.Value(L"sent"), L"2");
+    EXPECT_EQ(TitleOnceItHas(target, L"key 38"), std::wstring(kTitle) + L": key 40, key 40, key 38");
+    const DriverAnswer back = Drive({L"listview", target.Pid(), kLimit});
+    EXPECT_EQ(back.Value(L"focused"), L"1");
+}
+
 TEST(DriverClientPoint, ReadsTwoWholeNumbersAndNothingElse) {
     POINT point{};
     EXPECT_TRUE(DriverClient::ParsePoint(L"-3,40", point));
@@ -335,6 +358,9 @@ TEST_F(ListViewDriverTest, UsageErrorsOfTheListCommands) {
         {L"activate", L"12", L"1", L"--keyboard", L"--input", L"posted", L"100"},
         {L"header-click", L"12", L"100"},
         {L"drag", L"12", L"0", L"1", L"100"},
+        {L"keys", L"12"},
+        {L"keys", L"12", L"0x1FF"},
+        {L"keys", L"12", L"0"},
         {L"column-width", L"12", L"0", L"99999", L"100"},
         {L"column-order", L"12", L"100"},
     };

@@ -42,6 +42,7 @@ constexpr CommandEntry kCommands[] = {
     {L"column-order", lpdriver::RunColumnOrder, L"column-order <pid|any> [--window 0xhwnd] <i0>,<i1>,... <ms>"},
     {L"statusbar", lpdriver::RunStatusBar, L"statusbar <pid|any> [--window 0xhwnd] <ms>"},
     {L"command", lpdriver::RunCommand, L"command <0xhwnd|pid> <id> [--post] [--timeout ms]"},
+    {L"keys", lpdriver::RunKeys, L"keys <0xhwnd|pid> <vk>[,<vk>...]"},
     {L"close", lpdriver::RunClose, L"close <pid> [--all] [--wait ms]"},
     {L"screenshot", lpdriver::RunScreenshot, L"screenshot <0xhwnd> <file.bmp>"},
 };
