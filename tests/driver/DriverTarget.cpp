@@ -1,6 +1,17 @@
-// The program that the driver tests drive: a top-level window with a report list
-// of three columns and a status bar, a message box on request, and exit codes
-// that show from outside which command or button reached it.
+// The program that the driver tests drive: a top-level window with a list of
+// three columns and a status bar, a message box on request, and exit codes that
+// show from outside which command or button reached it.
+//
+// What the user does to the list shows in the frame's title, one event after the
+// other ("Driver Target: column 2 up, double-click 1, activated 1"), so that a test
+// sees from outside what reached the program:
+//   column <i> up|down        a click on a heading (the heading shows that sort arrow)
+//   double-click <row>        NM_DBLCLK on a row
+//   return / key <vk>         NM_RETURN, LVN_KEYDOWN
+//   activated <row>           LVN_ITEMACTIVATE, naming the focused row
+//   drag <row>                LVN_BEGINDRAG; the list then holds the mouse capture
+//   dropped <row> at <x>,<y>  the button went up there (client point of the list):
+//                             the row moved by as much as the mouse did
 //
 //   /exit <code>        end at once with that code
 //   /msgbox             ask a Yes/No question, exit with the button's id
@@ -8,9 +19,13 @@
 //   /rows <n>           add n generated rows after the fixed ones
 //   /select <row>       select that row
 //   /exit-on <id> <code> end with that code on WM_COMMAND of that id
+//   /view <name>        icon, smallicon, list or details (the default)
+//   /topmost            stay above the other windows (to cover another target)
 #include <windows.h>
+#include <windowsx.h>
 #include <commctrl.h>
 #include <shellapi.h>
+#include "foundation/UniqueHandle.h"
 #include <cwchar>
 #include <string>
 
@@ -35,9 +50,20 @@ struct Options {
     int selectRow = -1;
     WORD exitCommand = 0;
     int exitCode = 0;
+    DWORD viewStyle = LVS_REPORT;
+    bool topmost = false;
 };
 
 Options g_options;
+
+// The row being dragged and the client point where the button went down on it.
+struct Drag {
+    int row = -1;
+    POINT grab{};
+};
+
+Drag g_drag;
+std::wstring g_events;
 
 const wchar_t* const kRows[][3] = {
     {L"Alpha", L"Program", L"12 KB"},
@@ -45,31 +71,41 @@ const wchar_t* const kRows[][3] = {
     {L"\u03A9mega \u00FCber", L"Unicode", L"3"},
 };
 
+DWORD ViewStyle(const std::wstring& name) {
+    if (name == L"icon") return LVS_ICON;
+    if (name == L"smallicon") return LVS_SMALLICON;
+    if (name == L"list") return LVS_LIST;
+    return LVS_REPORT;
+}
+
 Options ParseOptions() {
     Options options;
     int count = 0;
-    wchar_t** words = ::CommandLineToArgvW(::GetCommandLineW(), &count);
+    const ky::UniqueHLocal owner(::CommandLineToArgvW(::GetCommandLineW(), &count));
+    wchar_t** words = static_cast<wchar_t**>(owner.get());
     for (int i = 1; i < count; ++i) {
         const std::wstring word = words[i];
         const bool hasNext = i + 1 < count;
         if (word == L"/msgbox") options.messageBox = true;
+        else if (word == L"/topmost") options.topmost = true;
         else if (word == L"/exit" && hasNext) options.exitAtOnce = std::wcstol(words[++i], nullptr, 10);
         else if (word == L"/delay" && hasNext) options.delayMs = std::wcstoul(words[++i], nullptr, 10);
         else if (word == L"/rows" && hasNext) options.extraRows = std::wcstol(words[++i], nullptr, 10);
         else if (word == L"/select" && hasNext) options.selectRow = std::wcstol(words[++i], nullptr, 10);
+        else if (word == L"/view" && hasNext) options.viewStyle = ViewStyle(words[++i]);
         else if (word == L"/exit-on" && i + 2 < count) {
             options.exitCommand = static_cast<WORD>(std::wcstoul(words[++i], nullptr, 10));
             options.exitCode = std::wcstol(words[++i], nullptr, 10);
         }
     }
-    ::LocalFree(words);
     return options;
 }
 
 void AddRow(HWND list, int index, const wchar_t* const cells[3]) {
     LVITEMW item{};
-    item.mask = LVIF_TEXT;
+    item.mask = LVIF_TEXT | LVIF_IMAGE;
     item.iItem = index;
+    item.iImage = 0;
     item.pszText = const_cast<wchar_t*>(cells[0]);
     ::SendMessageW(list, LVM_INSERTITEMW, 0, reinterpret_cast<LPARAM>(&item));
     for (int column = 1; column < 3; ++column) {
@@ -79,7 +115,21 @@ void AddRow(HWND list, int index, const wchar_t* const cells[3]) {
     }
 }
 
+// Every row shows the application icon, large and small: the icon views lay rows
+// out around their icons. The list destroys the image lists with itself.
+void GiveIcons(HWND list) {
+    const HICON icon = ::LoadIconW(nullptr, IDI_APPLICATION);
+    const struct { int kind, size; } lists[] = {{LVSIL_NORMAL, ::GetSystemMetrics(SM_CXICON)},
+                                                {LVSIL_SMALL, ::GetSystemMetrics(SM_CXSMICON)}};
+    for (const auto& [kind, size] : lists) {
+        const HIMAGELIST images = ::ImageList_Create(size, size, ILC_COLOR32 | ILC_MASK, 1, 0);
+        ::ImageList_AddIcon(images, icon);
+        ::SendMessageW(list, LVM_SETIMAGELIST, kind, reinterpret_cast<LPARAM>(images));
+    }
+}
+
 void FillList(HWND list) {
+    GiveIcons(list);
     const wchar_t* const headings[] = {L"Name", L"Kind", L"Size"};
     for (int column = 0; column < 3; ++column) {
         LVCOLUMNW record{};
@@ -104,6 +154,41 @@ void FillList(HWND list) {
     }
 }
 
+void Record(HWND frame, const std::wstring& event) {
+    g_events += (g_events.empty() ? L": " : L", ") + event;
+    ::SetWindowTextW(frame, (kTitle + g_events).c_str());
+}
+
+std::wstring PointText(POINT point) {
+    return std::to_wstring(point.x) + L"," + std::to_wstring(point.y);
+}
+
+// The row follows the mouse: it moves by as much as the mouse did since the button
+// went down on it, as a desktop's icons do.
+void Drop(HWND list, POINT at) {
+    const int row = g_drag.row;
+    g_drag.row = -1;
+    POINT position{};
+    ::SendMessageW(list, LVM_GETITEMPOSITION, row, reinterpret_cast<LPARAM>(&position));
+    position.x += at.x - g_drag.grab.x;
+    position.y += at.y - g_drag.grab.y;
+    ::SendMessageW(list, LVM_SETITEMPOSITION32, row, reinterpret_cast<LPARAM>(&position));
+    ::ReleaseCapture();
+    Record(::GetParent(list), L"dropped " + std::to_wstring(row) + L" at " + PointText(at));
+}
+
+// The list's own messages: the end of a drag is ours, as the capture is.
+LRESULT CALLBACK ListProc(HWND list, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR,
+                          DWORD_PTR) noexcept {
+    if (message == WM_LBUTTONUP && g_drag.row >= 0 && ::GetCapture() == list)
+        Drop(list, POINT{GET_X_LPARAM(lParam), GET_Y_LPARAM(lParam)});
+    else if (message == WM_CAPTURECHANGED && g_drag.row >= 0) {
+        g_drag.row = -1;
+        Record(::GetParent(list), L"drag lost");
+    }
+    return ::DefSubclassProc(list, message, wParam, lParam);
+}
+
 void CreateChildren(HWND frame) {
     RECT client{};
     ::GetClientRect(frame, &client);
@@ -113,10 +198,68 @@ void CreateChildren(HWND frame) {
     ::SendMessageW(status, SB_SETPARTS, 2, reinterpret_cast<LPARAM>(edges));
     ::SendMessageW(status, SB_SETTEXTW, 0, reinterpret_cast<LPARAM>(L"3 items"));
     ::SendMessageW(status, SB_SETTEXTW, 1, reinterpret_cast<LPARAM>(L"Ready \u2013 C:\\new"));
-    const HWND list = ::CreateWindowExW(
-        WS_EX_CLIENTEDGE, WC_LISTVIEWW, L"", WS_CHILD | WS_VISIBLE | LVS_REPORT | LVS_SHOWSELALWAYS,
-        0, 0, client.right, client.bottom - 30, frame, reinterpret_cast<HMENU>(kListId), nullptr, nullptr);
+    const DWORD style = WS_CHILD | WS_VISIBLE | LVS_SHOWSELALWAYS | g_options.viewStyle;
+    const HWND list = ::CreateWindowExW(WS_EX_CLIENTEDGE, WC_LISTVIEWW, L"", style, 0, 0, client.right,
+                                        client.bottom - 30, frame, reinterpret_cast<HMENU>(kListId),
+                                        nullptr, nullptr);
+    ::SetWindowSubclass(list, ListProc, 1, 0);
     FillList(list);
+}
+
+// A click on a heading makes that column the sort column: its arrow points up first,
+// then turns on each further click. Only the arrow shows it; the rows stay in place.
+std::wstring ShowSortArrow(HWND list, int clicked) {
+    const HWND header = reinterpret_cast<HWND>(::SendMessageW(list, LVM_GETHEADER, 0, 0));
+    const int count = static_cast<int>(::SendMessageW(header, HDM_GETITEMCOUNT, 0, 0));
+    bool up = true;
+    for (int column = 0; column < count; ++column) {
+        HDITEMW item{};
+        item.mask = HDI_FORMAT;
+        ::SendMessageW(header, HDM_GETITEMW, column, reinterpret_cast<LPARAM>(&item));
+        if (column == clicked) up = (item.fmt & HDF_SORTUP) == 0;
+        item.fmt &= ~(HDF_SORTUP | HDF_SORTDOWN);
+        if (column == clicked) item.fmt |= up ? HDF_SORTUP : HDF_SORTDOWN;
+        ::SendMessageW(header, HDM_SETITEMW, column, reinterpret_cast<LPARAM>(&item));
+    }
+    return up ? L"up" : L"down";
+}
+
+LRESULT OnListNotify(HWND frame, const NMHDR& header) {
+    const HWND list = header.hwndFrom;
+    switch (header.code) {
+    case LVN_COLUMNCLICK: {
+        const int column = reinterpret_cast<const NMLISTVIEW&>(header).iSubItem;
+        Record(frame, L"column " + std::to_wstring(column) + L" " + ShowSortArrow(list, column));
+        break;
+    }
+    case NM_DBLCLK:
+        Record(frame, L"double-click " + std::to_wstring(reinterpret_cast<const NMITEMACTIVATE&>(header).iItem));
+        break;
+    case NM_RETURN:
+        Record(frame, L"return");
+        break;
+    case LVN_KEYDOWN:
+        Record(frame, L"key " + std::to_wstring(reinterpret_cast<const NMLVKEYDOWN&>(header).wVKey));
+        break;
+    case LVN_ITEMACTIVATE: {
+        // Not every control sends the item with this notice (a key sends the bare
+        // header): the row activated is the one with the focus.
+        const LRESULT focused = ::SendMessageW(list, LVM_GETNEXTITEM, static_cast<WPARAM>(-1), LVNI_FOCUSED);
+        Record(frame, L"activated " + std::to_wstring(focused));
+        break;
+    }
+    case LVN_BEGINDRAG: {
+        const NMLISTVIEW& start = reinterpret_cast<const NMLISTVIEW&>(header);
+        g_drag.row = start.iItem;
+        g_drag.grab = start.ptAction;
+        ::SetCapture(list);
+        Record(frame, L"drag " + std::to_wstring(start.iItem));
+        break;
+    }
+    default:
+        break;
+    }
+    return 0;
 }
 
 LRESULT OnCommand(HWND frame, WORD id) {
@@ -137,6 +280,14 @@ LRESULT CALLBACK FrameProc(HWND frame, UINT message, WPARAM wParam, LPARAM lPara
         return 0;
     case WM_COMMAND:
         return OnCommand(frame, LOWORD(wParam));
+    case WM_NOTIFY: {
+        const NMHDR& header = *reinterpret_cast<const NMHDR*>(lParam);
+        return header.idFrom == kListId ? OnListNotify(frame, header) : 0;
+    }
+    case WM_SETFOCUS:
+        // The keyboard goes to the list, the frame's one view.
+        ::SetFocus(::GetDlgItem(frame, kListId));
+        return 0;
     case WM_CLOSE:
         ::DestroyWindow(frame);
         ::PostQuitMessage(kClosedExit);
@@ -154,7 +305,8 @@ int RunWindow(HINSTANCE instance, int show) {
     windowClass.hbrBackground = reinterpret_cast<HBRUSH>(COLOR_WINDOW + 1);
     windowClass.lpszClassName = kClassName;
     ::RegisterClassW(&windowClass);
-    const HWND frame = ::CreateWindowExW(0, kClassName, kTitle, WS_OVERLAPPEDWINDOW, 40, 40, 640, 480,
+    const DWORD exStyle = g_options.topmost ? WS_EX_TOPMOST : 0;
+    const HWND frame = ::CreateWindowExW(exStyle, kClassName, kTitle, WS_OVERLAPPEDWINDOW, 40, 40, 640, 480,
                                          nullptr, nullptr, instance, nullptr);
     if (frame == nullptr) return 100;
     ::ShowWindow(frame, show == SW_HIDE ? SW_SHOWNORMAL : show);

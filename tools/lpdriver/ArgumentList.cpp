@@ -89,4 +89,18 @@ HWND ArgumentList::ParseWindow(const std::wstring& word) {
     return window;
 }
 
+std::vector<std::wstring> ArgumentList::SplitCommas(const std::wstring& word) {
+    std::vector<std::wstring> parts;
+    size_t start = 0;
+    for (;;) {
+        const size_t comma = word.find(L',', start);
+        if (comma == std::wstring::npos) {
+            parts.push_back(word.substr(start));
+            return parts;
+        }
+        parts.push_back(word.substr(start, comma - start));
+        start = comma + 1;
+    }
+}
+
 }  // namespace lpdriver

@@ -31,6 +31,8 @@ public:
     static uint64_t ParseNumber(const std::wstring& word, const wchar_t* what);
     static DWORD ParseDword(const std::wstring& word, const wchar_t* what);
     static HWND ParseWindow(const std::wstring& word);
+    // "2,0,1": the parts between commas, empty ones included (a list with a gap).
+    static std::vector<std::wstring> SplitCommas(const std::wstring& word);
 
 private:
     std::vector<std::wstring> m_positional;

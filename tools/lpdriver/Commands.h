@@ -21,5 +21,12 @@ int RunPress(const Words& words, OutputWriter& out);
 int RunListView(const Words& words, OutputWriter& out);
 int RunStatusBar(const Words& words, OutputWriter& out);
 int RunScreenshot(const Words& words, OutputWriter& out);
+int RunSelect(const Words& words, OutputWriter& out);
+int RunActivate(const Words& words, OutputWriter& out);
+int RunHeaderClick(const Words& words, OutputWriter& out);
+int RunDrag(const Words& words, OutputWriter& out);
+int RunKeys(const Words& words, OutputWriter& out);
+int RunColumnWidth(const Words& words, OutputWriter& out);
+int RunColumnOrder(const Words& words, OutputWriter& out);
 
 }  // namespace lpdriver

@@ -1,53 +1,16 @@
 // listview and statusbar: the common controls of a process, read from outside.
 #include "tools/lpdriver/ArgumentList.h"
 #include "tools/lpdriver/Commands.h"
+#include "tools/lpdriver/ControlSearch.h"
 #include "tools/lpdriver/DriverFailure.h"
 #include "tools/lpdriver/ProcessWindows.h"
 #include "tools/lpdriver/RemoteBuffer.h"
 #include "tools/lpdriver/RemoteListView.h"
-#include "tools/lpdriver/WindowWait.h"
 #include <commctrl.h>
 
 namespace lpdriver {
 
 namespace {
-
-bool IsVisibleOfClass(HWND window, const wchar_t* className) {
-    return ::IsWindowVisible(window) &&
-           ::lstrcmpiW(ProcessWindows::ClassOf(window).c_str(), className) == 0;
-}
-
-// The first visible control of the class: the given window itself or among its
-// descendants, else under the visible top-level windows of the process.
-HWND FindControl(DWORD processId, HWND within, const wchar_t* className) {
-    std::vector<HWND> roots;
-    if (within) roots.push_back(within);
-    else
-        for (HWND window : ProcessWindows::TopLevel(processId))
-            if (::IsWindowVisible(window)) roots.push_back(window);
-    for (HWND root : roots) {
-        if (IsVisibleOfClass(root, className)) return root;
-        for (HWND child : ProcessWindows::Descendants(root))
-            if (IsVisibleOfClass(child, className)) return child;
-    }
-    return nullptr;
-}
-
-HWND AwaitControl(const ArgumentList& args, const wchar_t* className, int minimumRows,
-                  OutputWriter& out) {
-    const DWORD processId = ProcessWindows::ParseProcessId(args.Positional(0));
-    const DWORD limit = ArgumentList::ParseDword(args.Positional(1), L"time limit");
-    const auto given = args.Value(L"--window");
-    const HWND within = given ? ArgumentList::ParseWindow(*given) : nullptr;
-    WindowWait wait(processId, limit);
-    return wait.Until(
-        [&]() -> HWND {
-            const HWND control = FindControl(processId, within, className);
-            if (control == nullptr || minimumRows == 0) return control;
-            return RemoteListView(control).ItemCount() >= minimumRows ? control : nullptr;
-        },
-        std::wstring(L"a control of class ") + className, out);
-}
 
 std::wstring JoinEscaped(const std::vector<std::wstring>& cells) {
     std::wstring line;
@@ -55,39 +18,78 @@ std::wstring JoinEscaped(const std::vector<std::wstring>& cells) {
     return line;
 }
 
+std::wstring PointText(POINT point) {
+    return std::to_wstring(point.x) + L"," + std::to_wstring(point.y);
+}
+
+template <typename Number>
+std::wstring JoinNumbers(const std::vector<Number>& numbers, const wchar_t* separator) {
+    std::wstring line;
+    for (size_t i = 0; i < numbers.size(); ++i) line += (i ? separator : L"") + std::to_wstring(numbers[i]);
+    return line;
+}
+
+void PrintRows(const RemoteListView& list, int columns, OutputWriter& out) {
+    const int count = list.ItemCount();
+    std::vector<int> selected;
+    for (int item = 0; item < count; ++item) {
+        std::vector<std::wstring> cells;
+        for (int column = 0; column < columns; ++column) cells.push_back(list.ItemText(item, column));
+        out.Raw(L"row", JoinEscaped(cells));
+        if (list.IsSelected(item)) selected.push_back(item);
+    }
+    out.Number(L"rows", count);
+    out.Raw(L"selected", JoinNumbers(selected, L","));
+    out.Number(L"focused", list.Focused());
+}
+
+void PrintPositions(const RemoteListView& list, OutputWriter& out) {
+    out.Raw(L"origin", PointText(list.Origin()));
+    const int count = list.ItemCount();
+    for (int item = 0; item < count; ++item)
+        out.Raw(L"pos", std::to_wstring(item) + L"\t" + PointText(list.ItemPosition(item)));
+}
+
+// The header's sort arrow, and the columns as the user has sized and ordered them
+// (only the details view shows columns).
+void PrintColumns(const RemoteListView& list, OutputWriter& out) {
+    const SortState sort = list.Sort();
+    out.Number(L"sortcolumn", sort.column);
+    out.Raw(L"sortdir", sort.direction);
+    const int columns = list.HeaderItemCount();
+    if (list.View() != LV_VIEW_DETAILS || columns == 0) return;
+    std::vector<int> widths;
+    for (int column = 0; column < columns; ++column) widths.push_back(list.ColumnWidth(column));
+    out.Raw(L"widths", JoinNumbers(widths, L"\t"));
+    out.Raw(L"order", JoinNumbers(list.ColumnOrder(columns), L"\t"));
+}
+
 }  // namespace
 
 int RunListView(const Words& words, OutputWriter& out) {
-    const ArgumentList args(words, {{L"--window", true}, {L"--min-rows", true}});
+    const ArgumentList args(words, {{L"--window", true}, {L"--min-rows", true}, {L"--positions", false}});
     args.RequirePositional(2, 2);
-    const auto rows = args.Value(L"--min-rows");
-    const int minimumRows = rows ? static_cast<int>(ArgumentList::ParseDword(*rows, L"row count")) : 0;
-    const HWND found = AwaitControl(args, RemoteListView::kClass, minimumRows, out);
+    ControlQuery query = ParseControlQuery(args, 1);
+    if (const auto rows = args.Value(L"--min-rows"))
+        query.minimumRows = static_cast<int>(ArgumentList::ParseDword(*rows, L"row count"));
+    const HWND found = AwaitControl(query, RemoteListView::kClass, out);
     const RemoteListView list(found);
     const int columns = list.ColumnCount();
-    const int count = list.ItemCount();
     out.Window(L"hwnd", found);
     out.Number(L"view", list.View());
     out.Number(L"columns", columns);
     // Lines of several cells carry each cell escaped, the cells apart by a tab.
     out.Raw(L"headings", JoinEscaped(list.Headings(columns)));
-    std::wstring selected;
-    for (int item = 0; item < count; ++item) {
-        std::vector<std::wstring> cells;
-        for (int column = 0; column < columns; ++column) cells.push_back(list.ItemText(item, column));
-        out.Raw(L"row", JoinEscaped(cells));
-        if (list.IsSelected(item)) selected += (selected.empty() ? L"" : L",") + std::to_wstring(item);
-    }
-    out.Number(L"rows", count);
-    out.Raw(L"selected", selected);
-    out.Number(L"focused", list.Focused());
+    PrintRows(list, columns, out);
+    if (args.Has(L"--positions")) PrintPositions(list, out);
+    PrintColumns(list, out);
     return kExitSuccess;
 }
 
 int RunStatusBar(const Words& words, OutputWriter& out) {
     const ArgumentList args(words, {{L"--window", true}});
     args.RequirePositional(2, 2);
-    const HWND bar = AwaitControl(args, STATUSCLASSNAMEW, 0, out);
+    const HWND bar = AwaitControl(ParseControlQuery(args, 1), STATUSCLASSNAMEW, out);
     constexpr size_t kMostParts = 256;
     const RemoteBuffer edges(bar, kMostParts * sizeof(int));
     const int parts = static_cast<int>(ProcessWindows::Ask(bar, SB_GETPARTS, kMostParts, edges.At(0)));

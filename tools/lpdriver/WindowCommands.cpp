@@ -1,9 +1,10 @@
-// windows, find-window, controls, command and close: top-level windows of a
-// process and the commands a test sends them.
+// windows, find-window, controls, command, keys and close: top-level windows of a
+// process and the commands and keys a test sends them.
 #include "tools/lpdriver/ArgumentList.h"
 #include "tools/lpdriver/Commands.h"
 #include "tools/lpdriver/DriverFailure.h"
 #include "tools/lpdriver/ProcessWindows.h"
+#include "tools/lpdriver/UserInput.h"
 #include "tools/lpdriver/WindowWait.h"
 #include <optional>
 
@@ -52,6 +53,29 @@ HWND WindowOrMainFrame(const std::wstring& word) {
     const HWND frame = ProcessWindows::MainFrame(processId);
     if (frame == nullptr) ThrowNotFound(L"process " + word + L" shows no window");
     return frame;
+}
+
+// The window that has the keyboard focus in the thread of the process's main frame;
+// the frame itself when none has it.
+HWND FocusOrMainFrame(const std::wstring& word) {
+    const HWND frame = WindowOrMainFrame(word);
+    if (word.size() > 2 && word[0] == L'0' && (word[1] == L'x' || word[1] == L'X')) return frame;
+    GUITHREADINFO info{};
+    info.cbSize = sizeof info;
+    if (::GetGUIThreadInfo(::GetWindowThreadProcessId(frame, nullptr), &info) && info.hwndFocus)
+        return info.hwndFocus;
+    return frame;
+}
+
+std::vector<UINT> ParseKeys(const std::wstring& word) {
+    std::vector<UINT> keys;
+    for (const std::wstring& piece : ArgumentList::SplitCommas(word)) {
+        const DWORD key = ArgumentList::ParseDword(piece, L"key");
+        // Virtual-key codes run from 1 to 254.
+        if (key == 0 || key > 0xFE) ThrowUsage(L"not a virtual-key code: " + piece);
+        keys.push_back(key);
+    }
+    return keys;
 }
 
 }  // namespace
@@ -143,6 +167,17 @@ int RunCommand(const Words& words, OutputWriter& out) {
         ThrowNotFound(L"the window did not answer the command in time");
     }
     out.Number(L"result", static_cast<int64_t>(static_cast<LRESULT>(result)));
+    return kExitSuccess;
+}
+
+int RunKeys(const Words& words, OutputWriter& out) {
+    const ArgumentList args(words, {});
+    args.RequirePositional(2, 2);
+    const std::vector<UINT> keys = ParseKeys(args.Positional(1));
+    const HWND target = FocusOrMainFrame(args.Positional(0));
+    out.Window(L"hwnd", target);
+    for (const UINT key : keys) PostKey(target, key);
+    out.Number(L"sent", static_cast<int64_t>(keys.size()));
     return kExitSuccess;
 }
 

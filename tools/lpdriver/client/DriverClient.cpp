@@ -3,6 +3,7 @@
 #include "foundation/UniqueHandle.h"
 #include "tools/lpdriver/QuoteArgument.h"
 #include <cstdio>
+#include <cwchar>
 
 namespace lpdriver {
 
@@ -106,6 +107,20 @@ std::vector<std::map<std::wstring, std::wstring>> DriverAnswer::Records(const st
     return records;
 }
 
+bool DriverAnswer::Point(const std::wstring& key, POINT& point) const {
+    return Has(key) && DriverClient::ParsePoint(Value(key), point);
+}
+
+std::map<int, POINT> DriverAnswer::Positions() const {
+    std::map<int, POINT> positions;
+    for (const auto& cells : Cells(L"pos")) {
+        POINT point{};
+        if (cells.size() == 2 && DriverClient::ParsePoint(cells[1], point))
+            positions[static_cast<int>(std::wcstol(cells[0].c_str(), nullptr, 10))] = point;
+    }
+    return positions;
+}
+
 std::wstring DriverAnswer::Text() const {
     std::wstring text = L"exit code " + std::to_wstring(exitCode) + L"\n";
     for (const std::wstring& line : lines) text += line + L"\n";
@@ -172,6 +187,14 @@ std::wstring DriverClient::Unescape(const std::wstring& text) {
 }
 
 std::wstring DriverClient::Quote(const std::wstring& word) { return QuoteArgument(word); }
+
+bool DriverClient::ParsePoint(const std::wstring& text, POINT& point) {
+    long x = 0, y = 0;
+    wchar_t rest = 0;
+    if (std::swscanf(text.c_str(), L"%ld,%ld%lc", &x, &y, &rest) != 2) return false;
+    point = POINT{x, y};
+    return true;
+}
 
 std::wstring DriverClient::WindowText(HWND window) {
     wchar_t text[24];

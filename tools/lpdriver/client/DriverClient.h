@@ -24,6 +24,11 @@ struct DriverAnswer {
     // Lines of several `name=value` fields apart by tabs (hwnd= of windows, button=,
     // control=): each as a map from field name to unescaped value.
     std::vector<std::map<std::wstring, std::wstring>> Records(const std::wstring& key) const;
+    // A line whose value is a point "x,y" (origin=, from=, to=, point=): false when the
+    // line is missing or is not two whole numbers.
+    bool Point(const std::wstring& key, POINT& point) const;
+    // The pos=<row>\t<x>,<y> lines of `listview --positions`, by row.
+    std::map<int, POINT> Positions() const;
     // Every line, for the message of a failed check.
     std::wstring Text() const;
 };
@@ -39,6 +44,7 @@ public:
     static std::wstring Unescape(const std::wstring& text);
     static std::wstring Quote(const std::wstring& word);
     static std::wstring WindowText(HWND window);
+    static bool ParsePoint(const std::wstring& text, POINT& point);
 
 private:
     std::wstring m_path;
