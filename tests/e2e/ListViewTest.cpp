@@ -206,5 +206,74 @@ TEST_F(ShellList, BadInputIsToldAndLosesNothing) {
     EXPECT_EQ(RowsOf(rows, 27024).size(), 0u) << "and not again when the icons are found";
 }
 
+// How many times the target program recorded a start in file.
+int StartsRecorded(const std::wstring& file) {
+    const std::string text = ReadFile(file);
+    int count = 0;
+    for (size_t at = text.find("program="); at != std::string::npos; at = text.find("program=", at + 1)) ++count;
+    return count;
+}
+
+TEST_F(ShellList, ActivatedRowStartsItsProgramOnceAndTheBarSaysSo) {
+    const std::wstring record = m_work.path() + L"starts.txt";
+    // The target comes up slowly, so that a second activation meets it starting.
+    SetEnvironmentVariableW(L"LP_TARGET_RECORD", record.c_str());
+    SetEnvironmentVariableW(L"LP_TARGET_IDLE_DELAY_MS", L"3000");
+    SetEnvironmentVariableW(L"LP_TARGET_LIFETIME_MS", L"300");
+    StartPanel();
+    SetEnvironmentVariableW(L"LP_TARGET_RECORD", nullptr);
+    SetEnvironmentVariableW(L"LP_TARGET_IDLE_DELAY_MS", nullptr);
+    SetEnvironmentVariableW(L"LP_TARGET_LIFETIME_MS", nullptr);
+    ASSERT_EQ(List().exitCode, 0u);
+    auto bar = m_driver.Run({L"statusbar", m_pid, kLimit});
+    EXPECT_EQ(bar.Cells(L"part").at(0).at(0), L"4 programs") << Narrow(bar.Text());
+    auto first = m_driver.Run({L"activate", m_pid, L"1", kLimit});  // Beta Tool
+    ASSERT_EQ(first.exitCode, 0u) << Narrow(first.Text());
+    for (int look = 0; look < 100 && !FileExists(record); ++look) Sleep(100);
+    ASSERT_TRUE(FileExists(record)) << "the row's program was started";
+    auto again = m_driver.Run({L"activate", m_pid, L"1", L"--keyboard", kLimit});
+    ASSERT_EQ(again.exitCode, 0u) << Narrow(again.Text());
+    bar = m_driver.Run({L"statusbar", m_pid, kLimit});
+    EXPECT_EQ(bar.Cells(L"part").at(0).at(0), L"Starting Beta Tool\u2026") << "while it comes up";
+    for (int look = 0; look < 100; ++look) {
+        bar = m_driver.Run({L"statusbar", m_pid, kLimit});
+        if (bar.Cells(L"part").at(0).at(0) != L"Starting Beta Tool\u2026") break;
+        Sleep(100);
+    }
+    EXPECT_EQ(bar.Cells(L"part").at(0).at(0), L"1 selected") << "the count again once it is up";
+    EXPECT_EQ(StartsRecorded(record), 1) << "a second activation while starting starts nothing";
+    const auto rows = ReadLogRows(m_logs->path());
+    EXPECT_EQ(RowsOf(rows, 27542).size(), 1u) << Numbers(rows);
+    EXPECT_EQ(RowsOf(rows, 27540).size(), 1u) << "came up: " << Numbers(rows);
+}
+
+TEST_F(ShellList, HeaderClicksSortAndColumnsSurviveARestart) {
+    StartPanel();
+    ASSERT_EQ(List().exitCode, 0u);
+    Command(kDetails);
+    auto clicked = m_driver.Run({L"header-click", m_pid, L"4", kLimit});  // Location
+    ASSERT_EQ(clicked.exitCode, 0u) << Narrow(clicked.Text());
+    auto list = List();
+    EXPECT_EQ(list.Value(L"sortcolumn"), L"4");
+    EXPECT_EQ(list.Value(L"sortdir"), L"up");
+    m_driver.Run({L"header-click", m_pid, L"4", kLimit});
+    list = List();
+    EXPECT_EQ(list.Value(L"sortdir"), L"down") << "the same column again turns the order";
+    const auto descending = Names(list);
+    ASSERT_EQ(m_driver.Run({L"column-width", m_pid, L"2", L"157", kLimit}).exitCode, 0u);
+    ASSERT_EQ(m_driver.Run({L"column-order", m_pid, L"0,4,1,2,3", kLimit}).exitCode, 0u);
+    Close();
+    StartPanel();
+    list = List();
+    EXPECT_EQ(list.Value(L"view"), L"1");
+    EXPECT_EQ(list.Value(L"sortdir"), L"down");
+    EXPECT_EQ(Names(list), descending);
+    const auto headings = list.Cells(L"headings").at(0);
+    EXPECT_EQ(headings, (std::vector<std::wstring>{L"Name", L"Location", L"Size", L"Type", L"Modified"}))
+        << "the user's column order";
+    const auto widths = list.Cells(L"widths").at(0);
+    EXPECT_NE(std::find(widths.begin(), widths.end(), L"157"), widths.end()) << Narrow(list.Text());
+}
+
 }  // namespace
 }  // namespace lptest
