@@ -6,6 +6,9 @@
 #include <commctrl.h>
 #include <shellapi.h>
 #include <string>
+#include <vector>
+
+#include "foundation/UniqueHandle.h"
 
 #include "document/KYjlpItemList.h"
 #include "framework/View.h"
@@ -17,7 +20,7 @@ struct LV_TEXTLINE;
 class KYjlpViewList : public fw::View {
 public:
     KYjlpViewList() = default;
-    ~KYjlpViewList() override = default;
+    ~KYjlpViewList() override { ResetDrag(); }
 
     // View modes: the low two bits of the control's style.
     enum ViewMode { kLargeIcons = 0, kDetails = 1, kSmallIcons = 2, kList = 3 };
@@ -102,6 +105,10 @@ private:
     void OnOpenSelectionCommand(UINT id);
     void OnUpdateOpenSelection(fw::CmdUI& ui);
     void RefreshRowTexts();
+    void BeginItemDrag(const NMLISTVIEW& begin);
+    void TrackDrag(POINT client);
+    void EndDrag(POINT client);
+    void ResetDrag();
     POSITION RowPosition(int row) const;
     void ShowBusy(UINT messageId, const std::wstring& name);
     void EndBusy();
@@ -112,4 +119,16 @@ private:
     bool m_factsPresent = false;
     std::wstring m_strDateFormat;
     SortInfo m_sort;
+    // The rows being dragged, the grabbed one first, and how the drag looks.
+    struct DragContext {
+        std::vector<int> rows{};
+        bool track = true;
+        ky::UniqueHImageList image{};
+        bool captured = false;
+        POINT origin{};  // the view's origin when the drag began
+        POINT grab{};    // the cursor relative to the grabbed row's place
+        POINT hot{};     // the hot spot of the drag image
+        HCURSOR cursorOld = nullptr;
+    };
+    DragContext m_drag;
 };

@@ -174,6 +174,10 @@ bool KYjlpViewList::OnReflectedNotify(NMHDR& header, LRESULT& result) {
     case LVN_ITEMACTIVATE:
         OnItemActivate(reinterpret_cast<NMITEMACTIVATE&>(header));
         return true;
+    case LVN_BEGINDRAG:
+    case LVN_BEGINRDRAG:
+        BeginItemDrag(reinterpret_cast<NMLISTVIEW&>(header));
+        return true;
     case LVN_COLUMNCLICK:
         OnColumnClick(reinterpret_cast<NMLISTVIEW&>(header).iSubItem);
         result = 1;
@@ -187,6 +191,12 @@ LRESULT KYjlpViewList::OnMessage(UINT msg, WPARAM w, LPARAM l) {
     if (msg == WM_KEYDOWN && w == VK_RETURN) {
         OnOpenSelection();
         return 0;
+    }
+    if (!m_drag.rows.empty()) {
+        const POINT client{static_cast<short>(LOWORD(l)), static_cast<short>(HIWORD(l))};
+        if (msg == WM_MOUSEMOVE) TrackDrag(client);
+        else if (msg == WM_LBUTTONUP || msg == WM_RBUTTONUP) EndDrag(client);
+        else if (msg == WM_CAPTURECHANGED && reinterpret_cast<HWND>(l) != m_hwnd) ResetDrag();
     }
     if (msg == WM_GETDLGCODE && l && reinterpret_cast<const MSG*>(l)->wParam == VK_RETURN)
         return DefaultProc(msg, w, l) | DLGC_WANTALLKEYS;

@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstring>
+#include <map>
 #include <memory>
 #include <string>
 #include <vector>
@@ -273,6 +275,35 @@ TEST_F(ShellList, HeaderClicksSortAndColumnsSurviveARestart) {
         << "the user's column order";
     const auto widths = list.Cells(L"widths").at(0);
     EXPECT_NE(std::find(widths.begin(), widths.end(), L"157"), widths.end()) << Narrow(list.Text());
+}
+
+TEST_F(ShellList, DraggedIconGoesWhereItIsDroppedAndItsPlaceIsStored) {
+    StartPanel();
+    ASSERT_EQ(List().exitCode, 0u);
+    auto dragged = m_driver.Run({L"drag", m_pid, L"0", L"300", L"200", kLimit});
+    ASSERT_EQ(dragged.exitCode, 0u) << Narrow(dragged.Text());
+    std::map<int, POINT> places;
+    for (int look = 0; look < 50; ++look) {
+        places = m_driver.Run({L"listview", m_pid, L"--positions", kLimit}).Positions();
+        if (places.count(0) && places.at(0).x > 150) break;
+        Sleep(100);
+    }
+    ASSERT_TRUE(places.count(0));
+    const POINT moved = places.at(0);
+    EXPECT_GT(moved.x, 150) << "the icon went where it was dropped";
+    EXPECT_GT(moved.y, 100);
+    EXPECT_LT(places.at(1).x, 150) << "the others stay";
+    Close();
+    std::vector<BYTE> stored;
+    ASSERT_TRUE(GetValue(HKEY_CURRENT_USER,
+                         std::wstring(kPreferencesKey) + L"\\Settings\\Standard\\LV_ItemsScreenPos",
+                         L"alpha notes", stored));
+    ASSERT_EQ(stored.size(), 16u);
+    LONG x = 0, y = 0;
+    memcpy(&x, stored.data(), 4);
+    memcpy(&y, stored.data() + 4, 4);
+    EXPECT_EQ(x, moved.x) << "the place in the Large icons view is stored at close";
+    EXPECT_EQ(y, moved.y);
 }
 
 }  // namespace
