@@ -224,6 +224,7 @@ private:
     // The monitor of the reports made before the program monitor stands.
     KYbpm* m_pReportMonitor = nullptr;
     bool m_bSessionDetected = false;
+    bool m_bIconPlacesRestored = false;
     int m_nRegistrarError2 = 0;
     int m_nRegistrarError3 = -1;
 };

@@ -9,6 +9,7 @@
 #include "monitor/KYbpmDataQRW.h"
 #include "registrar/KYjutlRegistrar.h"
 #include "window/KYjlpFrameMain.h"
+#include "window/KYjlpViewList.h"
 
 namespace {
 const wchar_t kCatalogueKey[] = L"SOFTWARE\\Veltran\\Corvane\\AppServer\\InstalledApps";
@@ -202,6 +203,12 @@ bool KYjlpApp::IdleStep(long count) {
     if (fw::WinApp::OnIdle(count)) return true;
     switch (count) {
     case 1:
+        // Wine's list lays its icons out again once the window has shown and
+        // painted: the places the user gave them are put back then, once.
+        if (!m_bIconPlacesRestored) {
+            m_bIconPlacesRestored = true;
+            if (KYjlpViewList* view = GetListView()) view->RestoreIconPlaces();
+        }
         return true;
     case 2:
         if (!m_bPrintersAttempted && !m_bPrintersActive) return true;

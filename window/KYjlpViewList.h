@@ -68,6 +68,8 @@ public:
     // Every row's places in the two icon views, for the preferences.
     bool SaveItemPositions(KYjutlRegistrar& registrar);
     void OnOpenSelection();
+    // The saved places of the icons in the icon view that stands.
+    void RestoreIconPlaces();
 
     // All of one launch: check, start, hand the process over; true when started.
     // index names an item without a name.

@@ -151,36 +151,40 @@ bool KYjlpViewList::PopulateList(const KYjlpItemList* list, POSITION start, int 
     return true;
 }
 
-// The icons go back to the places the user gave them, in both icon views;
-// missing tells that an item has no saved place (it is new to the user).
+// The icons go back to the places the user gave them, in the icon view that
+// stands; missing tells that an item has no saved place (it is new to the
+// user). Wine's list lays the icons out anew whenever it enters an icon view,
+// so places are set once the view is entered, and read without leaving it.
 void KYjlpViewList::PlaceSavedIcons(const KYjutlRegistrar_PREFS& prefs, bool& missing) {
     missing = false;
     const KYjutlRegistrar_LVISPArray* saved = prefs.pItemPositions;
     const int rows = GetItemCount();
+    const int mode = ViewModeOf();
     if (!saved || saved->empty()) {
         missing = rows > 0;
         return;
     }
-    std::vector<const KYjutlRegistrar_LVISP*> byRow(static_cast<size_t>(rows), nullptr);
+    std::vector<bool> found(static_cast<size_t>(rows), false);
     for (const KYjutlRegistrar_LVISP* place : *saved) {
         if (!place || !place->pszItemName) continue;
         LVFINDINFOW find{};
         find.flags = LVFI_STRING;
         find.psz = place->pszItemName;
         const int row = ListView_FindItem(m_hwnd, -1, &find);
-        if (row >= 0 && row < rows) byRow[static_cast<size_t>(row)] = place;
+        if (row < 0 || row >= rows) continue;
+        found[static_cast<size_t>(row)] = true;
+        const POINT at = mode == kSmallIcons ? place->ptSmallIconView : place->ptIconView;
+        if ((mode == kLargeIcons || mode == kSmallIcons) && at.x != kRegistrarUnknownCoordinate)
+            ListView_SetItemPosition32(m_hwnd, row, at.x, at.y);
     }
-    if (!SetViewMode(kLargeIcons)) throw 27748;
-    for (int row = 0; row < rows; ++row)
-        if (const auto* place = byRow[static_cast<size_t>(row)]; place && place->ptIconView.x != kRegistrarUnknownCoordinate)
-            ListView_SetItemPosition32(m_hwnd, row, place->ptIconView.x, place->ptIconView.y);
-    if (!SetViewMode(kSmallIcons)) throw 27748;
-    for (int row = 0; row < rows; ++row) {
-        const auto* place = byRow[static_cast<size_t>(row)];
-        if (!place) missing = true;
-        else if (place->ptSmallIconView.x != kRegistrarUnknownCoordinate)
-            ListView_SetItemPosition32(m_hwnd, row, place->ptSmallIconView.x, place->ptSmallIconView.y);
-    }
+    for (bool here : found) missing = missing || !here;
+}
+
+void KYjlpViewList::RestoreIconPlaces() {
+    KYjutlRegistrar_PREFS* prefs = Preferences();
+    if (!prefs || !m_hwnd || !m_sort.iconsPlaced) return;
+    bool missing = false;
+    PlaceSavedIcons(*prefs, missing);
 }
 
 // The sort of the preferences: in Details right away, and in the icon views
@@ -226,6 +230,9 @@ void KYjlpViewList::OnUpdate(int hint) {
         if (!SetViewMode(kDetails)) throw 27748;
         if (!SetColumns(first)) throw 27750;
         if (first && !PopulateList(doc->Items(), nullptr)) throw 27571;
+        // Sorted first, then the view the user left is entered and its icons placed.
+        SortForDisplay();
+        if (!SetViewMode(mode)) throw 27748;
         bool missing = false;
         if (GetItemCount() > 0) {
             RedrawOff quiet(m_hwnd);
@@ -236,7 +243,6 @@ void KYjlpViewList::OnUpdate(int hint) {
             SetWindowLongPtrW(m_hwnd, GWL_STYLE, Style() | LVS_AUTOARRANGE);
             m_sort.iconsPlaced = m_sort.iconsPlaced || (Style() & LVS_AUTOARRANGE);
         }
-        SortForDisplay();
     } catch (int number) {
         AddToStatus(number);
     } catch (...) {
@@ -281,30 +287,33 @@ void KYjlpViewList::ReportStatus() {
     app->m_pStatus->ClearStatus();
 }
 
+// The places of the icon view that stands are read; those of the other icon
+// view stay as they were saved.
 bool KYjlpViewList::SaveItemPositions(KYjutlRegistrar& registrar) {
     KYjutlRegistrar_PREFS* prefs = registrar.m_pPreferences;
     if (!prefs || !m_hwnd) return false;
     const int mode = ViewModeOf();
-    const int rows = GetItemCount();
+    if (mode != kLargeIcons && mode != kSmallIcons) return true;
     auto* places = new (std::nothrow) KYjutlRegistrar_LVISPArray();
     if (!places) throw 27768;
     bool ok = true;
-    {
-        RedrawOff quiet(m_hwnd);
-        wchar_t name[260];
-        for (int row = 0; row < rows && ok; ++row) {
-            name[0] = 0;
-            ListView_GetItemText(m_hwnd, row, 0, name, 260);
-            KYjutlRegistrar_LVISP place{name, {kRegistrarUnknownCoordinate, kRegistrarUnknownCoordinate},
-                                        {kRegistrarUnknownCoordinate, kRegistrarUnknownCoordinate}};
-            if (!name[0]) continue;
-            SetViewMode(kLargeIcons);
-            ListView_GetItemPosition(m_hwnd, row, &place.ptIconView);
-            SetViewMode(kSmallIcons);
-            ListView_GetItemPosition(m_hwnd, row, &place.ptSmallIconView);
-            ok = registrar.AddItemScreenPosition(place, places);
+    const int rows = GetItemCount();
+    wchar_t name[260];
+    for (int row = 0; row < rows && ok; ++row) {
+        name[0] = 0;
+        ListView_GetItemText(m_hwnd, row, 0, name, 260);
+        if (!name[0]) continue;
+        KYjutlRegistrar_LVISP place{name, {kRegistrarUnknownCoordinate, kRegistrarUnknownCoordinate},
+                                    {kRegistrarUnknownCoordinate, kRegistrarUnknownCoordinate}};
+        for (const KYjutlRegistrar_LVISP* old : prefs->pItemPositions ? *prefs->pItemPositions
+                                                                       : KYjutlRegistrar_LVISPArray{}) {
+            if (!old || !old->pszItemName || _wcsicmp(old->pszItemName, name) != 0) continue;
+            place.ptIconView = old->ptIconView;
+            place.ptSmallIconView = old->ptSmallIconView;
+            break;
         }
-        SetViewMode(mode);
+        ListView_GetItemPosition(m_hwnd, row, mode == kSmallIcons ? &place.ptSmallIconView : &place.ptIconView);
+        ok = registrar.AddItemScreenPosition(place, places);
     }
     if (!ok) {
         registrar.FreeItemScreenPositions(&places);

@@ -62,7 +62,11 @@ void KYjlpViewList::OnViewModeCommand(UINT id) {
         }
         m_factsPresent = true;
     }
+    // Placed icons keep their places across a visit to another view.
+    KYjlpApp* app = TheApp();
+    if (m_sort.iconsPlaced && app && app->m_pRegistrar) SaveItemPositions(*app->m_pRegistrar);
     SetViewMode(mode);
+    RestoreIconPlaces();
 }
 
 void KYjlpViewList::OnUpdateViewMode(fw::CmdUI& ui) {
