@@ -31,8 +31,10 @@ constexpr DriveNumbers kDisconnectNumbers{27595, 27596, 27597, 27598};
 bool KYjlpFrameMain::OnSysCommand(WPARAM command) {
     if ((command & 0xFFF0) != SC_CLOSE) return false;
     KYjlpApp* app = TheApp();
-    const uint32_t option = app && app->m_pRegistrar ? app->m_pRegistrar->m_uCloseOption : 0;
-    if (option == 2 || !app) return false;
+    // Outside a session there is nothing to disconnect or log off: the window simply closes.
+    if (!app || app->m_bStandalone) return false;
+    const uint32_t option = app->m_pRegistrar ? app->m_pRegistrar->m_uCloseOption : 0;
+    if (option == 2) return false;
     if (option == 1) {
         Send(WM_COMMAND, kLogoff);
         return true;

@@ -28,5 +28,10 @@ int RunDrag(const Words& words, OutputWriter& out);
 int RunKeys(const Words& words, OutputWriter& out);
 int RunColumnWidth(const Words& words, OutputWriter& out);
 int RunColumnOrder(const Words& words, OutputWriter& out);
+int RunFrame(const Words& words, OutputWriter& out);
+int RunChord(const Words& words, OutputWriter& out);
+
+// A window given as 0x... or, for a decimal number, the main frame of that process.
+HWND WindowOrMainFrame(const std::wstring& word);
 
 }  // namespace lpdriver

@@ -44,17 +44,6 @@ struct WindowCriteria {
     }
 };
 
-// A window given as 0x... or, for a decimal number, the main frame of that process.
-HWND WindowOrMainFrame(const std::wstring& word) {
-    if (word.size() > 2 && word[0] == L'0' && (word[1] == L'x' || word[1] == L'X'))
-        return ArgumentList::ParseWindow(word);
-    const DWORD processId = ProcessWindows::ParseProcessId(word);
-    if (processId == ProcessWindows::kAnyProcess) ThrowUsage(L"name one process or one window");
-    const HWND frame = ProcessWindows::MainFrame(processId);
-    if (frame == nullptr) ThrowNotFound(L"process " + word + L" shows no window");
-    return frame;
-}
-
 // The window that has the keyboard focus in the thread of the process's main frame;
 // the frame itself when none has it.
 HWND FocusOrMainFrame(const std::wstring& word) {
@@ -79,6 +68,18 @@ std::vector<UINT> ParseKeys(const std::wstring& word) {
 }
 
 }  // namespace
+
+// A window given as 0x... or, for a decimal number, the main frame of that process.
+HWND WindowOrMainFrame(const std::wstring& word) {
+    if (word.size() > 2 && word[0] == L'0' && (word[1] == L'x' || word[1] == L'X'))
+        return ArgumentList::ParseWindow(word);
+    const DWORD processId = ProcessWindows::ParseProcessId(word);
+    if (processId == ProcessWindows::kAnyProcess) ThrowUsage(L"name one process or one window");
+    const HWND frame = ProcessWindows::MainFrame(processId);
+    if (frame == nullptr) ThrowNotFound(L"process " + word + L" shows no window");
+    return frame;
+}
+
 
 int RunWindows(const Words& words, OutputWriter& out) {
     const ArgumentList args(words, {{L"--visible", false}});
@@ -146,21 +147,23 @@ int RunControls(const Words& words, OutputWriter& out) {
 }
 
 int RunCommand(const Words& words, OutputWriter& out) {
-    const ArgumentList args(words, {{L"--post", false}, {L"--timeout", true}});
+    const ArgumentList args(words, {{L"--post", false}, {L"--timeout", true}, {L"--system", false}});
     args.RequirePositional(2, 2);
     const DWORD id = ArgumentList::ParseDword(args.Positional(1), L"command id");
+    // --system: a command of the window menu (SC_CLOSE is 0xF060), as its title bar sends it.
+    const UINT message = args.Has(L"--system") ? WM_SYSCOMMAND : WM_COMMAND;
     if (id > 0xFFFF) ThrowUsage(L"a command id has 16 bits");
     const auto timeout = args.Value(L"--timeout");
     const DWORD limit = timeout ? ArgumentList::ParseDword(*timeout, L"time limit") : 10000;
     const HWND target = WindowOrMainFrame(args.Positional(0));
     out.Window(L"hwnd", target);
     if (args.Has(L"--post")) {
-        if (!::PostMessageW(target, WM_COMMAND, MAKEWPARAM(id, 0), 0)) ThrowWin32(L"PostMessageW");
+        if (!::PostMessageW(target, message, MAKEWPARAM(id, 0), 0)) ThrowWin32(L"PostMessageW");
         out.Number(L"posted", 1);
         return kExitSuccess;
     }
     DWORD_PTR result = 0;
-    if (!::SendMessageTimeoutW(target, WM_COMMAND, MAKEWPARAM(id, 0), 0, SMTO_NORMAL, limit, &result)) {
+    if (!::SendMessageTimeoutW(target, message, MAKEWPARAM(id, 0), 0, SMTO_NORMAL, limit, &result)) {
         if (::GetLastError() != ERROR_TIMEOUT && ::GetLastError() != 0) ThrowWin32(L"SendMessageTimeoutW");
         // A command that opens a modal dialog answers only when the dialog ends.
         out.Number(L"timeout", 1);

@@ -41,10 +41,12 @@ constexpr CommandEntry kCommands[] = {
     {L"column-width", lpdriver::RunColumnWidth, L"column-width <pid|any> [--window 0xhwnd] <column> <width> <ms>"},
     {L"column-order", lpdriver::RunColumnOrder, L"column-order <pid|any> [--window 0xhwnd] <i0>,<i1>,... <ms>"},
     {L"statusbar", lpdriver::RunStatusBar, L"statusbar <pid|any> [--window 0xhwnd] <ms>"},
-    {L"command", lpdriver::RunCommand, L"command <0xhwnd|pid> <id> [--post] [--timeout ms]"},
+    {L"command", lpdriver::RunCommand, L"command <0xhwnd|pid> <id> [--post] [--system] [--timeout ms]"},
     {L"keys", lpdriver::RunKeys, L"keys <0xhwnd|pid> <vk>[,<vk>...]"},
     {L"close", lpdriver::RunClose, L"close <pid> [--all] [--wait ms]"},
     {L"screenshot", lpdriver::RunScreenshot, L"screenshot <0xhwnd> <file.bmp>"},
+    {L"chord", lpdriver::RunChord, L"chord <0xhwnd|pid> <vk>[+<vk>...]"},
+    {L"frame", lpdriver::RunFrame, L"frame <0xhwnd|pid> [--menu] [--buttons id,id...]"},
 };
 
 void PrintUsage(OutputWriter& out) {
