@@ -4,6 +4,7 @@
 #pragma once
 #include <windows.h>
 #include <cstdint>
+#include <initializer_list>
 #include <list>
 #include <memory>
 #include <string>
@@ -112,6 +113,12 @@ public:
     bool ObtainClientVersion();
     // The Classic desktop: the window over the whole screen, without bars. 0 or the situation.
     int HarmonizeDesktopSettings();
+    // The session's run lists, once at its start; true when both passes went without complaint.
+    bool LaunchAuxPgms();
+    bool LoadAuxFilterKeywords();
+    bool MatchAuxKeyword(const wchar_t* name) const;
+    bool IsAnIME_Loaded();
+    bool AdjustLangBarStatus();
 
     // --- the commands of the menus and the toolbar ---
     void OnAppExit(UINT id);
@@ -239,6 +246,11 @@ private:
     void EstablishReportMonitor();
     bool DispatchWatchEvent(HANDLE signalled);
     int AskDisconnect();
+    bool RunAuxPass(const wchar_t* listKey, HKEY hive, DWORD major);
+    bool RunAuxValue(HKEY list, DWORD index, const wchar_t* listKey, HKEY hive, HKEY run);
+    bool RunAuxEntry(const wchar_t* name, HKEY hive, HKEY runKey);
+    bool StartAuxProgram(const wchar_t* name, const wchar_t* command, HKEY hive);
+    void ReportAux(int number, std::initializer_list<std::wstring> texts, DWORD error);
     void ReportDisconnect(int number, DWORD error, int result);
     bool IdleStep(long count);
 

@@ -171,7 +171,8 @@ bool KYjlpApp::InitInstance() {
                 throw m_pMonitor ? m_pMonitor->getSituationID() : 27069;
             StartWatching();
             ReportHelpSituation();
-            // Step 23, the session's auxiliary programs, comes with the session services.
+            if (!m_bStandalone && !LaunchAuxPgms() && m_pMonitor && !m_pMonitor->respondToSituation(27029, 0))
+                m_pMonitor->forgetSituation();
         }
     } catch (int number) {
         result = false;
@@ -282,7 +283,8 @@ bool KYjlpApp::LaunchFromCommandLine() {
         throw 27068;
     }
     if (m_bShell && !MainWindow()) throw 27069;
-    // The session's auxiliary programs run here in a session; they come with the session services.
+    if (!m_bStandalone && !LaunchAuxPgms() && m_pMonitor && !m_pMonitor->respondToSituation(27029, 0))
+        m_pMonitor->forgetSituation();
     if (!OnCmdMsg(kLaunchCommand, nullptr)) throw 27070;
     return true;
 }
