@@ -17,7 +17,7 @@ class HelpAtStart : public LaunchUse {
 protected:
     void SetUp() override {
         LaunchUse::SetUp();
-        AddApp(L"Target", Target());
+        AddApp(L"Driver", BinDir() + L"lpdriver.exe");  // a catalogue of one, as at a normal start
         for (const wchar_t* file : {L"LaunchPanel.exe", L"lp.dll", L"LaunchPanel.chm"})
             ASSERT_TRUE(CopyFileTo(BinDir() + file, m_install.path() + file)) << Narrow(file);
     }
