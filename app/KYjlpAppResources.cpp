@@ -9,6 +9,7 @@
 #include "brander/KYpbr.h"
 #include "foundation/KYstdPgmStat.h"
 #include "framework/FrameWnd.h"
+#include "framework/HtmlHelp.h"
 #include "framework/ResourceModule.h"
 #include "monitor/KYbpm.h"
 #include "monitor/KYbpmLocalizeHelpers.h"
@@ -255,6 +256,8 @@ int KYjlpApp::SetUpHelpFile(const wchar_t* path) {
 }
 
 bool KYjlpApp::CloseWinHelp() {
+    // Compiled help windows belong to this process: they go with the frame.
+    fw::CloseHtmlHelp();
     if (m_bWinHelpUsed && MainWindow() && *MainWindow() &&
         WinHelpW(MainWindow()->Handle(), m_strHelpFilePath.c_str(), HELP_QUIT, 0))
         m_bWinHelpUsed = false;

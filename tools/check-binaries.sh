@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # Checks what the shipped binaries are: LaunchPanel.exe a 64-bit GUI program that
 # imports only Windows system DLLs and carries its manifest, icon and event log
-# message table; lp.dll resources only, with no code to run and nothing imported.
+# message table; lp.dll resources only, with no code to run and nothing imported;
+# LaunchPanel.chm, the help, beside them as compiled help.
 #   tools/check-binaries.sh build/bin
 set -u
 bin=${1:?folder of LaunchPanel.exe and lp.dll}
@@ -31,6 +32,13 @@ grep -q 'AddressOfEntryPoint[[:space:]]*0\+$' <<<"$libheaders" || fail "lp.dll h
 # The linker always writes its two empty constructor lists (32 bytes); anything more is code.
 text=$($objdump -h "$lib" | awk '$2==".text" {print $3}')
 [ -z "$text" ] || [ $((16#$text)) -le 32 ] || fail "lp.dll holds code"
+
+help="$bin/LaunchPanel.chm"
+if [ ! -f "$help" ]; then
+  fail "LaunchPanel.chm is not beside the program"
+elif [ "$(head -c 4 "$help")" != "ITSF" ]; then
+  fail "LaunchPanel.chm is not compiled help"
+fi
 
 if [ $failed -eq 0 ]; then echo "binaries: 1 passed, 0 failed"; else echo "binaries: 0 passed, 1 failed"; fi
 exit $failed

@@ -11,7 +11,7 @@ export WINEARCH=win64
 # No Mono or Gecko installer dialogs: the program needs neither.
 export WINEDLLOVERRIDES=${WINEDLLOVERRIDES:-mscoree,mshtml=}
 
-lp_packages=(cmake make mingw-w64 wine wine64 xvfb x11-utils imagemagick googletest clang libclang-rt-14-dev)
+lp_packages=(cmake make mingw-w64 wine wine64 xvfb x11-utils imagemagick googletest clang libclang-rt-14-dev fp-utils-3.2.2)
 
 lp_ensure_packages() {
   local missing=()

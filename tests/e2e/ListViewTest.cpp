@@ -118,8 +118,8 @@ TEST_F(ShellList, ShowsTheCatalogueInEveryModeAndSortsIt) {
     }
     Command(kSortByName);
     EXPECT_EQ(Names(List()), byName);
-    // Nothing to report but the missing help file, which these tests do not install.
-    for (const LogRow& row : ReadLogRows(m_logs->path())) EXPECT_EQ(row.number, 27058);
+    // Nothing to report: the help file stands beside the program.
+    EXPECT_TRUE(ReadLogRows(m_logs->path()).empty()) << Numbers(ReadLogRows(m_logs->path()));
 }
 
 TEST_F(ShellList, ViewModeAndSortSurviveARestart) {
@@ -176,7 +176,7 @@ TEST_F(ShellList, FollowsACatalogueChangedWhileItRuns) {
     if (canSelect) {
         EXPECT_EQ(list.Value(L"selected"), sent.Value(L"selected")) << "the selection survives";
     }
-    for (const LogRow& row : ReadLogRows(m_logs->path())) EXPECT_EQ(row.number, 27058);
+    EXPECT_TRUE(ReadLogRows(m_logs->path()).empty()) << Numbers(ReadLogRows(m_logs->path()));
 }
 
 TEST_F(ShellList, BadInputIsToldAndLosesNothing) {
