@@ -62,6 +62,9 @@ bool KYjlpApp::DispatchWatchEvent(HANDLE signalled) {
                                                           L"KYjlpAppLoop.cpp", __DATE__, 0))
             m_pMonitor->forgetSituation();
     }
+    // What the change altered (the menu's offer, the list) is shown by the idle
+    // update, which a watch event alone, being no message, would not start.
+    PostThreadMessageW(GetCurrentThreadId(), fw::WM_KICKIDLE, 0, 0);
     return true;
 }
 

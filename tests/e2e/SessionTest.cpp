@@ -4,6 +4,7 @@
 #include "tests/e2e/ShellFrameFixture.h"
 #include "tests/support/SessionStandIns.h"
 
+#include <iostream>
 #include <optional>
 
 namespace lptest {
@@ -48,6 +49,7 @@ protected:
     // The box the program shows now: its text, or empty when none came.
     std::wstring Box() {
         auto box = m_driver.Run({L"msgbox", m_pid, L"10000"});
+        std::wcout << L"box: " << box.Value(L"text") << std::endl;
         return box.exitCode == 0 ? box.Value(L"text") : std::wstring();
     }
     void Answer(int button) {

@@ -70,7 +70,11 @@ protected:
     // Waits for the process to end; its exit code, or -1 when it did not end.
     long long AwaitEnd() {
         auto ended = m_driver.Run({L"wait", m_pid, kFrameLimit});
-        if (ended.exitCode != 0) return -1;
+        if (ended.exitCode != 0) {
+            auto box = m_driver.Run({L"msgbox", m_pid, L"1000"});
+            ADD_FAILURE() << "still running; box: " << Narrow(box.Value(L"text")) << Numbers(Rows());
+            return -1;
+        }
         m_pid.clear();
         return std::stoll(ended.Value(L"exit"));
     }
