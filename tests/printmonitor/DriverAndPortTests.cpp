@@ -77,6 +77,30 @@ TEST_F(PrintMonitorTest, PortsOfTheSpoolerAreListed) {
     EXPECT_TRUE(Has(ports, printers.OutputFile(L"LP Port Printer"))) << Join(ports);
 }
 
+TEST_F(PrintMonitorTest, TestPrintersLeaveNothingBehind) {
+    LP_INSTALL_DRIVER(printers, kGhostDriver, ghostPpd);
+    LP_ADD_PRINTER(printers, L"LP Outer", kGhostDriver);
+    LP_SET_DEFAULT_PRINTER(printers, L"LP Outer");
+    const auto printersBefore = lptest::SpooledPrinters();
+    const auto portsBefore = lptest::SpooledPorts();
+    const auto driversBefore = lptest::SpooledDrivers();
+    {
+        lptest::TestPrinters scoped;
+        LP_INSTALL_DRIVER(scoped, L"LP Scoped Driver", ghostPpd);
+        LP_ADD_PRINTER(scoped, L"LP Scoped", L"LP Scoped Driver");
+        LP_SET_DEFAULT_PRINTER(scoped, L"LP Scoped");
+        const std::wstring typed = scoped.Folder() + L"typed.ps";
+        auto record = MakeRecord(L"LP Scoped Typed", typed.c_str(), L"LP Scoped Driver", L"");
+        ASSERT_EQ(lib.InstallPrinter(&record), kypm::kInstallDone);
+        EXPECT_EQ(lptest::SpooledPrinters().size(), printersBefore.size() + 2);
+        EXPECT_EQ(lptest::SpooledPorts().size(), portsBefore.size() + 2);
+    }
+    EXPECT_EQ(lptest::SpooledPrinters(), printersBefore);
+    EXPECT_EQ(lptest::SpooledPorts(), portsBefore);
+    EXPECT_EQ(lptest::SpooledDrivers(), driversBefore);
+    EXPECT_EQ(lptest::DefaultPrinter(), L"LP Outer") << "the default printer is given back";
+}
+
 TEST_F(PrintMonitorTest, NullOutPointersAreRefused) {
     EXPECT_EQ(lib.EnumeratePorts(nullptr), kypm::kBadArgument);
     EXPECT_EQ(lib.EnumAvailableDriversW(nullptr, nullptr, nullptr, L"x"), kypm::kBadArgument);
