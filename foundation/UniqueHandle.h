@@ -2,6 +2,8 @@
 #pragma once
 #include <windows.h>
 #include <commctrl.h>
+#include <setupapi.h>
+#include <winspool.h>
 #include <utility>
 
 namespace ky {
@@ -51,6 +53,9 @@ inline void CloseModule(HMODULE h) noexcept { ::FreeLibrary(h); }
 inline void CloseLocal(HLOCAL h) noexcept { ::LocalFree(h); }
 inline void CloseImageList(HIMAGELIST h) noexcept { ::ImageList_Destroy(h); }
 inline void CloseDC(HDC h) noexcept { ::DeleteDC(h); }
+inline void ClosePrinterHandle(HANDLE h) noexcept { ::ClosePrinter(h); }
+inline void CloseInf(HINF h) noexcept { ::SetupCloseInfFile(h); }
+inline HINF InvalidInf() noexcept { return static_cast<HINF>(INVALID_HANDLE_VALUE); }
 }  // namespace detail
 
 using UniqueHKey = UniqueAny<HKEY, detail::CloseKey>;
@@ -69,6 +74,14 @@ using UniqueHImageList = UniqueAny<HIMAGELIST, detail::CloseImageList>;
 using UniqueHBitmap = UniqueAny<HBITMAP, detail::CloseGdi>;
 // A memory device context of CreateCompatibleDC (not one of GetDC).
 using UniqueMemoryDC = UniqueAny<HDC, detail::CloseDC>;
+// A device context of CreateDCW, such as one that prints to a printer.
+using UniqueDeviceDC = UniqueAny<HDC, detail::CloseDC>;
+// A spooler handle of OpenPrinterW or AddPrinterW (a printer, the print server,
+// or a port monitor's configuration channel); users link winspool.
+using UniquePrinter = UniqueAny<HANDLE, detail::ClosePrinterHandle>;
+// A driver information file of SetupOpenInfFileW, which says "none" with
+// INVALID_HANDLE_VALUE; users link setupapi.
+using UniqueHInf = UniqueAny<HINF, detail::CloseInf, detail::InvalidInf>;
 
 // Closes now and tells how it went, for the places where a failed close is
 // itself reported. The wrapper is empty afterwards either way.

@@ -11,7 +11,8 @@ export WINEARCH=win64
 # No Mono or Gecko installer dialogs: the program needs neither.
 export WINEDLLOVERRIDES=${WINEDLLOVERRIDES:-mscoree,mshtml=}
 
-lp_packages=(cmake make mingw-w64 wine wine64 xvfb x11-utils imagemagick googletest clang libclang-rt-14-dev fp-utils-3.2.2)
+# ghostscript: the PPD files of the test printers (Wine's PostScript driver needs one).
+lp_packages=(cmake make mingw-w64 wine wine64 xvfb x11-utils imagemagick googletest clang libclang-rt-14-dev fp-utils-3.2.2 ghostscript)
 
 lp_ensure_packages() {
   local missing=()
