@@ -106,6 +106,25 @@ public:
     bool AcquireClientPrinters(bool withUI);
 
     void DetectSession();
+    // Whether the session may be disconnected: 1 yes, 0 no (no time-out, shared
+    // account, standalone), -1 unknown. refresh asks the session library afresh.
+    int IsDisconnectAvailable(bool refresh);
+    bool ObtainClientVersion();
+    // The Classic desktop: the window over the whole screen, without bars. 0 or the situation.
+    int HarmonizeDesktopSettings();
+
+    // --- the commands of the menus and the toolbar ---
+    void OnAppExit(UINT id);
+    void OnAppDisconnect(UINT id);
+    void OnAppLogoff(UINT id);
+    void OnClientPrinters(UINT id);
+    void OnPrinterConfigureAdd(UINT id);
+    void OnPrinterEntry(UINT id);
+    void OnSwallowCommand(UINT id);
+    void OnUpdateCommandRange(fw::CmdUI& ui);
+    void OnUpdateClientPrinters(fw::CmdUI& ui);
+    void OnUpdateLocalPrinters(fw::CmdUI& ui);
+    void OnUpdatePrinterEntry(fw::CmdUI& ui);
     // The title of the program from its own version data.
     static std::wstring ProgramTitle();
     // The classes of the situations whose answer the program acts on.
@@ -219,6 +238,8 @@ private:
     KYbpm* ReportingMonitor();
     void EstablishReportMonitor();
     bool DispatchWatchEvent(HANDLE signalled);
+    int AskDisconnect();
+    void ReportDisconnect(int number, DWORD error, int result);
     bool IdleStep(long count);
 
     // The monitor of the reports made before the program monitor stands.

@@ -20,14 +20,6 @@ constexpr DWORD kDrainPauseMs = 200;
 // A console program has no input idle state: it gets this long, once.
 constexpr DWORD kConsolePauseMs = 5000;
 
-// The application's command table, in its order of search.
-constexpr fw::CommandEntry<KYjlpApp> kAppCommands[] = {
-    {KYjlpApp::kLaunchCommandId, KYjlpApp::kLaunchCommandId, &KYjlpApp::OnAppLaunch,
-     &KYjlpApp::OnUpdateAppLaunch},
-    {32779, 32779, &KYjlpApp::OnFileSave, nullptr},
-    {32847, 32847, &KYjlpApp::OnViewRefresh, nullptr},
-};
-
 struct TextLineDeleter {
     void operator()(LV_TEXTLINE* item) const noexcept { FreeTextLine(item); }
 };
@@ -140,9 +132,6 @@ void WaitForLaunchedProgram(KYjlpApp& app) {
 // The launch command belongs to the command line's launch use; no menu offers it.
 void KYjlpApp::OnUpdateAppLaunch(fw::CmdUI& ui) { ui.Enable(false); }
 
-bool KYjlpApp::OnCmdMsg(UINT id, fw::CmdUI* ui) {
-    return Route<KYjlpApp>(this, kAppCommands, id, ui) || fw::WinApp::OnCmdMsg(id, ui);
-}
 
 bool KYjlpApp::AddLaunchRequest(std::unique_ptr<KYjlpItemLaunchRequest>& request) {
     m_nFailure = 0;

@@ -225,13 +225,13 @@ bool KYjlpApp::IdleStep(long count) {
 // While the newest launch still starts, the first pane names it; then the count again.
 void KYjlpApp::ShowLaunchStatus(bool starting) {
     auto* frame = dynamic_cast<KYjlpFrameMain*>(MainWindow());
-    if (!frame) return;
+    if (!frame || !frame->StatusBar()) return;
     const KYjlpItemLaunchRequest* head = m_listLaunchRequests.empty() ? nullptr : m_listLaunchRequests.front().get();
     if (starting && head && head->pszName) {
         wchar_t text[512] = {};
         _snwprintf(text, 511, fw::ResString(24598).c_str(), head->pszName.get());
-        if (frame->StatusBar().PaneText(0) != text) frame->SetBusyText(text);
-    } else if (frame->StatusBar().IsOverridden(0)) {
+        if (frame->StatusBar()->PaneText(0) != text) frame->SetBusyText(text);
+    } else if (frame->StatusBar()->IsOverridden(0)) {
         frame->EndBusyText();
     }
 }

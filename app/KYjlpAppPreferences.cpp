@@ -5,6 +5,7 @@
 #include "framework/FrameWnd.h"
 #include "registrar/KYjutlRegistrar.h"
 #include "registrar/KYjutlRegistrar_PREFS.h"
+#include "window/KYjlpFrameMain.h"
 #include "window/KYjlpViewList.h"
 
 // The list's part: its three style words, the sort, the columns in the user's
@@ -40,9 +41,14 @@ bool KYjlpApp::CollectPreferences() {
         prefs.wpPlacement = placement;
         prefs.dwFrameStyle = static_cast<DWORD>(frame->Style());
         prefs.dwFrameExtra1 = static_cast<DWORD>(frame->ExStyle());
-        // The bars' states come with the frame's bars; until then the record
-        // keeps what was read at start, so nothing is lost.
-        if (KYjlpViewList* view = GetListView(); view && *view) CollectListPreferences(*view, prefs);
+        uint32_t bars = prefs.uControlBarsStates & 1;
+        if (auto* main = dynamic_cast<KYjlpFrameMain*>(frame)) bars = main->ObtainBarState();
+        if (KYjlpViewList* view = GetListView(); view && *view) {
+            bars = (bars & ~1u) | ((view->Style() & LVS_NOCOLUMNHEADER) ? 0u : 1u);
+            CollectListPreferences(*view, prefs);
+        }
+        // The Classic desktop shows no bars and keeps none in its store.
+        prefs.uControlBarsStates = m_bClassicDesktop ? 0 : (bars & 31);
     } catch (int) {
         return false;
     } catch (...) {

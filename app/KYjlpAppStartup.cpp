@@ -109,8 +109,8 @@ bool KYjlpApp::ReadPreferencesAtStart() {
     // Later reads and writes go to the ordinary store, whatever the option said.
     m_pRegistrar->m_bKeepPreferences = true;
     m_pRegistrar->m_pszRestoreFile = nullptr;
-    // The Classic desktop's harmonisation follows a successful read; it comes
-    // with the auxiliary programs and desktop settings.
+    if (ready)
+        if (int number = HarmonizeDesktopSettings()) throw number;
     return ready;
 }
 
@@ -165,8 +165,8 @@ bool KYjlpApp::InitInstance() {
                                                     L"Tessel.dll", L"tessIsSharedAccountSession"))
                     m_pMonitor->forgetSituation();
             }
-            // Step 20, the frame's menu, comes with the frame's menus.
             auto* frame = dynamic_cast<KYjlpFrameMain*>(MainWindow());
+            if (frame && m_abShow[1]) frame->ReadyMenu();
             if (!frame || !frame->RestoreWindow(kSourceName))
                 throw m_pMonitor ? m_pMonitor->getSituationID() : 27069;
             StartWatching();

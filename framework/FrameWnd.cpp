@@ -1,5 +1,7 @@
 #include "framework/FrameWnd.h"
 
+#include <commctrl.h>
+
 #include "foundation/UniqueHandle.h"
 #include "framework/Document.h"
 #include "framework/ResourceModule.h"
@@ -16,12 +18,46 @@ bool FrameWnd::LoadFrame(UINT resourceId, DWORD style) {
     // The window owns the menu once it stands; until then the menu is ours.
     ky::UniqueHMenu menu(::LoadMenuW(ResourceModule(), MAKEINTRESOURCEW(resourceId)));
     WinApp* app = WinApp::Current();
-    bool ok = Create({.className = kFrameClass,
-                      .title = app ? app->AppName() : L"",
-                      .style = style,
-                      .menuOrId = menu.get()});
-    if (ok) menu.release();
-    return ok;
+    WindowCreateArgs args{.className = kFrameClass,
+                          .title = app ? app->AppName() : L"",
+                          .style = style,
+                          .menuOrId = menu.get()};
+    PreCreateWindow(args);
+    if (!Create(args)) return false;
+    m_hMenuDefault = menu.release();
+    m_hAccel = ::LoadAcceleratorsW(ResourceModule(), MAKEINTRESOURCEW(resourceId));
+    return true;
+}
+
+bool FrameWnd::PreTranslateMessage(MSG& msg) {
+    if (!m_hAccel || msg.message < WM_KEYFIRST || msg.message > WM_KEYLAST) return false;
+    return ::TranslateAcceleratorW(m_hwnd, m_hAccel, &msg) != 0;
+}
+
+std::wstring FrameWnd::CommandText(UINT id, bool tooltip) {
+    std::wstring text = ResString(id);
+    const size_t split = text.find(L'\n');
+    if (split == std::wstring::npos) return tooltip ? std::wstring() : text;
+    return tooltip ? text.substr(split + 1) : text.substr(0, split);
+}
+
+// The status bar tells what the highlighted menu item does; the idle text
+// comes back when the menu closes.
+LRESULT FrameWnd::OnMenuSelectPrompt(UINT item, UINT flags, HMENU menu) {
+    if (flags == 0xFFFF && !menu) SetMessageText(std::wstring());
+    else if (!(flags & (MF_POPUP | MF_SEPARATOR)) && item != 0) SetMessageText(CommandText(item, false));
+    return 0;
+}
+
+bool FrameWnd::OnToolTipText(NMHDR& header) {
+    auto& info = reinterpret_cast<NMTTDISPINFOW&>(header);
+    if (info.uFlags & TTF_IDISHWND) return false;
+    static std::wstring tip;  // must outlive the notification; one tooltip shows at a time
+    tip = CommandText(static_cast<UINT>(header.idFrom), true);
+    info.lpszText = tip.data();
+    info.hinst = nullptr;
+    SetMessageText(CommandText(static_cast<UINT>(header.idFrom), false));
+    return true;
 }
 
 Document* FrameWnd::ActiveDocument() const { return m_pView ? m_pView->GetDocument() : nullptr; }
@@ -71,11 +107,17 @@ LRESULT FrameWnd::OnMessage(UINT msg, WPARAM w, LPARAM l) {
     case WM_INITMENUPOPUP:
         if (!HIWORD(l)) UpdateMenuItems(reinterpret_cast<HMENU>(w));
         return 0;
+    case WM_CREATE:
+        return OnCreate();
+    case WM_MENUSELECT:
+        OnMenuSelectPrompt(LOWORD(w), HIWORD(w), reinterpret_cast<HMENU>(l));
+        return 0;
     case WM_SIZE:
         RecalcLayout();
         return 0;
     case WM_NOTIFY:
         if (auto* header = reinterpret_cast<NMHDR*>(l)) {
+            if (header->code == TTN_GETDISPINFOW && OnToolTipText(*header)) return 0;
             LRESULT result = 0;
             WindowImpl* child = WindowImpl::FromHandle(header->hwndFrom);
             if (child && child->OnReflectedNotify(*header, result)) return result;

@@ -3,8 +3,9 @@
 #include "framework/ResourceModule.h"
 #include "window/KYjlpViewList.h"
 
-bool KYjlpStatusBar::Create(HWND parent, UINT id) {
-    m_hwnd = CreateWindowExW(0, STATUSCLASSNAMEW, L"", WS_CHILD | WS_VISIBLE | SBARS_SIZEGRIP, 0, 0, 0, 0, parent,
+bool KYjlpStatusBar::Create(HWND parent, UINT id, DWORD style) {
+    const DWORD windowBits = (style & 0xFFFF0000) & ~static_cast<DWORD>(WS_VISIBLE);
+    m_hwnd = CreateWindowExW(0, STATUSCLASSNAMEW, L"", windowBits | WS_CHILD | SBARS_SIZEGRIP, 0, 0, 0, 0, parent,
                              reinterpret_cast<HMENU>(static_cast<UINT_PTR>(id)), GetModuleHandleW(nullptr), nullptr);
     return m_hwnd != nullptr;
 }

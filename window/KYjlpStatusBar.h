@@ -15,8 +15,9 @@ class KYjlpViewList;
 
 class KYjlpStatusBar : public fw::Window {
 public:
-    // Creates the bar along the bottom of parent.
-    bool Create(HWND parent, UINT id);
+    // Creates the bar along the bottom of parent, hidden until the frame shows it.
+    // The low word of style holds the frame's bar bits, not the control's.
+    bool Create(HWND parent, UINT id, DWORD style);
     // count panes, each with its override flag clear; false when the bar refused them.
     bool SetIndicatorsTracked(const int* rightEdges, int count);
     // The count of the list on pane 0, unless a message holds it; true when it is up to date.
