@@ -99,7 +99,7 @@ INT_PTR KYjlpDlgAA::DoModal() {
 void KYjlpDlgAA::AppendPieces(wchar_t* text, const wchar_t* delimiters, const wchar_t* between, bool afterLast) {
     wchar_t* state = nullptr;
     bool first = true;
-    for (wchar_t* piece = std::wcstok(text, delimiters, &state); piece; piece = std::wcstok(nullptr, delimiters, &state)) {
+    for (wchar_t* piece = wcstok_s(text, delimiters, &state); piece; piece = wcstok_s(nullptr, delimiters, &state)) {
         if (!first && !afterLast) m_strLegal += between;
         m_strLegal += piece;
         if (afterLast) m_strLegal += between;
@@ -188,7 +188,7 @@ bool KYjlpDlgAA::OnInitDialog() {
     std::wstring product, support;
     if (app && app->GetTagText(product, 2) && app->GetTagText(support, 14)) {
         wchar_t caption[512] = {};
-        std::swprintf(caption, 512, fw::ResString(kCaptionFormat).c_str(), product.c_str(), support.c_str());
+        _snwprintf(caption, 511, fw::ResString(kCaptionFormat).c_str(), product.c_str(), support.c_str());
         if (caption[0]) SetText(caption);
     }
     if (HWND list = Item(kGroups)) {

@@ -28,5 +28,9 @@ int RunDrag(const Words& words, OutputWriter& out);
 int RunKeys(const Words& words, OutputWriter& out);
 int RunColumnWidth(const Words& words, OutputWriter& out);
 int RunColumnOrder(const Words& words, OutputWriter& out);
+int RunDialog(const Words& words, OutputWriter& out);
+int RunCheck(const Words& words, OutputWriter& out);
+int RunSetText(const Words& words, OutputWriter& out);
+int RunPickColor(const Words& words, OutputWriter& out);
 
 }  // namespace lpdriver
