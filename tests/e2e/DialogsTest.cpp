@@ -139,6 +139,19 @@ TEST_F(PanelDialogs, OptionsCancelLeavesEverythingAsItWas) {
     PickBackground(200, 10, 10);
     Check(L"1048", L"1");
     Check(L"1053", L"0");
+    const std::wstring dragChecked = Control(dialog, L"1050")[L"checked"];
+    Check(L"1049", L"0");
+    auto shown = Drive({L"dialog", m_pid, L"--title", kOptionsTitle, kLimit});
+    EXPECT_EQ(Control(shown, L"1050")[L"enabled"], L"0") << "no header drag without headers";
+    EXPECT_EQ(Control(shown, L"1050")[L"checked"], dragChecked) << "its check stays as it was";
+    // Defaults: the stored options, here the first run's.
+    Drive({L"press", m_pid, L"1038", L"--title", kOptionsTitle, L"--no-wait", kLimit});
+    shown = Drive({L"dialog", m_pid, L"--title", kOptionsTitle, kLimit});
+    EXPECT_EQ(Control(shown, L"1044")[L"text"], swatch);
+    EXPECT_EQ(Control(shown, L"1048")[L"checked"], L"0");
+    EXPECT_EQ(Control(shown, L"1049")[L"checked"], L"1");
+    EXPECT_EQ(Control(shown, L"1050")[L"enabled"], L"1");
+    PickBackground(200, 10, 10);
     Press(L"Cancel");
 
     const auto after = List();
