@@ -1,4 +1,5 @@
 // listview and statusbar: the common controls of a process, read from outside.
+#include <cwchar>
 #include "tools/lpdriver/ArgumentList.h"
 #include "tools/lpdriver/Commands.h"
 #include "tools/lpdriver/ControlSearch.h"
@@ -108,6 +109,8 @@ int RunStatusBar(const Words& words, OutputWriter& out) {
             const RemoteBuffer buffer(bar, (length + 1) * sizeof(wchar_t));
             ProcessWindows::Ask(bar, SB_GETTEXTW, part, buffer.At(0));
             buffer.Read(0, text.data(), length * sizeof(wchar_t));
+            // The pane may have taken a shorter text between the two questions.
+            text.resize(wcsnlen(text.c_str(), text.size()));
         }
         out.Field(L"part", text);
     }
