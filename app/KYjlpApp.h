@@ -23,6 +23,7 @@ class KYjlpViewList;
 class KYjlpItemLaunchRequest;
 class KYjutlRegistrar;
 struct KYjutlRegistrar_PREFS;
+struct KYstdUI_DlgData;
 
 class KYjlpApp : public fw::WinApp {
 public:
@@ -204,6 +205,15 @@ public:
 
     // Answers the monitor's standing situation, forgetting it when nobody took it.
     void RespondAndForget();
+
+    // --- the dialogs: the about command (32780) and the help every dialog gets ---
+    bool RouteDialogCommands(UINT id, fw::CmdUI* ui);
+    void OnAppAbout(UINT id);
+    // The help settings a dialog is made with: the help kind, the help call, and
+    // whether help can be shown at all.
+    KYstdUI_DlgData DialogHelpData() const;
+    // The call through which the dialogs show help (the application's help gives it).
+    static void SetDialogHelpCall(BOOL (*call)(UINT, DWORD_PTR, HWND, BYTE, BYTE)) noexcept;
 
 protected:
     // Told after each member ResetMembers has released: teardown order is observable.

@@ -28,7 +28,8 @@ constexpr fw::CommandEntry<KYjlpApp> kAppCommands[] = {
 }  // namespace
 
 bool KYjlpApp::OnCmdMsg(UINT id, fw::CmdUI* ui) {
-    return Route<KYjlpApp>(this, kAppCommands, id, ui) || fw::WinApp::OnCmdMsg(id, ui);
+    return RouteDialogCommands(id, ui) || Route<KYjlpApp>(this, kAppCommands, id, ui) ||
+           fw::WinApp::OnCmdMsg(id, ui);
 }
 
 // Exit ends the program through the window's orderly close, which saves the preferences.

@@ -5,6 +5,7 @@
 #include <new>
 
 #include "app/KYjlpApp.h"
+#include "dialogs/KYjlpDlgVO.h"
 #include "document/SituationReport.h"
 #include "window/KYjlpViewList.h"
 
@@ -39,7 +40,7 @@ bool KYjlpDoc::OnNewDocument() {
                 app->m_nItemFillMask = kCheckBinary | kCheckFacts;
             else
                 app->m_nItemFillMask = kCheckBinary;
-            if (!BuildItemList(&m_pItems) || !BuildImages()) {
+            if (!BuildItemList(&m_pItems) || !BuildImages() || !CreateOptionsDialog()) {
                 ReportStepFailed(__LINE__);
                 throw 0;
             }

@@ -13,6 +13,7 @@
 #include "foundation/UniqueHandle.h"
 #include "framework/Document.h"
 
+class KYjlpDlgVO;
 class KYjlpViewList;
 struct KYjutlRegistrar_FILE;
 
@@ -20,7 +21,7 @@ class KYjlpDoc : public fw::Document {
 public:
     using ItemListPtr = std::unique_ptr<KYjlpItemList>;
 
-    KYjlpDoc() = default;
+    KYjlpDoc();
     ~KYjlpDoc() override;
     KYjlpDoc(const KYjlpDoc&) = delete;
     KYjlpDoc& operator=(const KYjlpDoc&) = delete;
@@ -29,6 +30,19 @@ public:
     // Frees the live list and its records.
     virtual bool EmptyContents();
     virtual void ReleaseAll();
+
+    // The settings commands: the stored settings again (32778) and the view options (32846).
+    bool OnCmdMsg(UINT id, fw::CmdUI* ui) override;
+    void OnFileSettingsRestore(UINT id);
+    void OnViewOptions(UINT id);
+    // The one view options dialog of the run, made with the stored options.
+    bool CreateOptionsDialog();
+    // The stored options into the dialog: what its Defaults and Cancel go back to.
+    bool OptionsFromPreferences();
+    // After OK: what the dialog keeps is brought to the view, the frame and the
+    // preferences, each item only where it differs.
+    bool ApplyOptions(COLORREF oldBackground, COLORREF oldText, KYjlpViewList* view);
+    KYjlpDlgVO* OptionsDialog() const { return m_pDlgViewOptions.get(); }
 
     KYjlpViewList* ObtainViewList() const;
     // The node of the item called name (without regard to case) and its place from 0; null and -1 if none.
@@ -85,9 +99,13 @@ private:
     static void TakeOver(wchar_t*& field, wchar_t*& source) noexcept;
 
     bool MakeImageLists();
+    void ApplyBars(const KYjlpDlgVO& dialog);
+    void ApplyListStyles(const KYjlpDlgVO& dialog, KYjlpViewList& view);
+    void KeepOptionsInPreferences(const KYjlpDlgVO& dialog, const KYjlpViewList& view);
 
     ItemListPtr m_pItems;
     ky::UniqueHImageList m_imlLarge;
     ky::UniqueHImageList m_imlSmall;
     wchar_t m_wszHandler[MAX_PATH] = {};
+    std::unique_ptr<KYjlpDlgVO> m_pDlgViewOptions;
 };

@@ -3,6 +3,8 @@
 #include <commctrl.h>
 #include <objbase.h>
 
+#include "framework/Dialog.h"
+
 namespace fw {
 
 namespace {
@@ -87,6 +89,8 @@ bool WinApp::PumpMessage() {
 }
 
 bool WinApp::PreTranslateMessage(MSG& msg) {
+    // A modal dialog takes the messages of its own windows first: its keys and help.
+    if (Dialog::PreTranslateForModal(msg)) return true;
     // From the window the message is for up to the main window: the innermost
     // of our windows that wants it takes it (a view before its frame).
     HWND stop = m_pMainWnd ? m_pMainWnd->Handle() : nullptr;

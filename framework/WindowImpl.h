@@ -37,6 +37,15 @@ public:
         (void)result;
         return false;
     }
+    // Any other message a control sends its parent (colours, owner drawing),
+    // handed back to the control's own object; true when handled, with result.
+    virtual bool OnReflectedMessage(UINT msg, WPARAM w, LPARAM l, LRESULT& result) {
+        (void)msg;
+        (void)w;
+        (void)l;
+        (void)result;
+        return false;
+    }
 
 protected:
     // Default: DefWindowProc, or the original procedure of a subclassed control.

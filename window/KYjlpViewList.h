@@ -48,6 +48,8 @@ public:
     // how: 1 on, -1 off, 0 toggle; a single extended style bit below 256.
     bool SetStyleBit(DWORD bit, int how);
     bool SetHeaderShown(int how);
+    // The list's background (behind the rows and their texts) and text colours.
+    bool SetColors(COLORREF background, COLORREF text);
     // Rows for the items of list (from start), column texts from the records.
     // firstImage: the image of the first row added, -1 for its place in the list.
     bool PopulateList(const KYjlpItemList* list, POSITION start, int firstImage = -1);

@@ -21,10 +21,15 @@
 //   /exit-on <id> <code> end with that code on WM_COMMAND of that id
 //   /view <name>        icon, smallicon, list or details (the default)
 //   /topmost            stay above the other windows (to cover another target)
+//   /dialog             show the dialog of the resources (check boxes, an edit field,
+//                       a list box, a colour button); its echo line tells what
+//                       reached it; the exit code is 100 plus the first box's check
+//                       on OK, 2 on Cancel
 #include <windows.h>
 #include <windowsx.h>
 #include <commctrl.h>
 #include <shellapi.h>
+#include <commdlg.h>
 #include "foundation/UniqueHandle.h"
 #include <cwchar>
 #include <string>
@@ -52,6 +57,7 @@ struct Options {
     int exitCode = 0;
     DWORD viewStyle = LVS_REPORT;
     bool topmost = false;
+    bool dialog = false;
 };
 
 Options g_options;
@@ -88,6 +94,7 @@ Options ParseOptions() {
         const bool hasNext = i + 1 < count;
         if (word == L"/msgbox") options.messageBox = true;
         else if (word == L"/topmost") options.topmost = true;
+        else if (word == L"/dialog") options.dialog = true;
         else if (word == L"/exit" && hasNext) options.exitAtOnce = std::wcstol(words[++i], nullptr, 10);
         else if (word == L"/delay" && hasNext) options.delayMs = std::wcstoul(words[++i], nullptr, 10);
         else if (word == L"/rows" && hasNext) options.extraRows = std::wcstol(words[++i], nullptr, 10);
@@ -297,6 +304,49 @@ LRESULT CALLBACK FrameProc(HWND frame, UINT message, WPARAM wParam, LPARAM lPara
     }
 }
 
+void Echo(HWND dialog, const std::wstring& text) { ::SetDlgItemTextW(dialog, 1006, text.c_str()); }
+
+void PickColour(HWND dialog) {
+    static COLORREF custom[16] = {};
+    CHOOSECOLORW choose{};
+    choose.lStructSize = sizeof choose;
+    choose.hwndOwner = dialog;
+    choose.rgbResult = RGB(255, 255, 255);
+    choose.lpCustColors = custom;
+    choose.Flags = CC_RGBINIT;
+    if (!::ChooseColorW(&choose)) {
+        Echo(dialog, L"colour cancelled");
+        return;
+    }
+    wchar_t text[32];
+    std::swprintf(text, 32, L"colour %06lX", static_cast<unsigned long>(choose.rgbResult));
+    Echo(dialog, text);
+}
+
+INT_PTR CALLBACK DialogProc(HWND dialog, UINT message, WPARAM wParam, LPARAM) noexcept {
+    if (message == WM_INITDIALOG) {
+        for (const wchar_t* item : {L"First item", L"Zweite \u00DCbung"})
+            ::SendDlgItemMessageW(dialog, 1004, LB_ADDSTRING, 0, reinterpret_cast<LPARAM>(item));
+        return TRUE;
+    }
+    if (message != WM_COMMAND) return FALSE;
+    const int id = LOWORD(wParam);
+    const int code = HIWORD(wParam);
+    if (id == 1001 && code == BN_CLICKED)
+        Echo(dialog, L"first " + std::to_wstring(::IsDlgButtonChecked(dialog, 1001)));
+    else if (id == 1003 && code == EN_CHANGE) {
+        wchar_t text[64] = {};
+        ::GetDlgItemTextW(dialog, 1003, text, 64);
+        Echo(dialog, std::wstring(L"edit ") + text);
+    } else if (id == 1005 && code == BN_CLICKED)
+        PickColour(dialog);
+    else if (id == IDOK)
+        ::EndDialog(dialog, 100 + ::IsDlgButtonChecked(dialog, 1001));
+    else if (id == IDCANCEL)
+        ::EndDialog(dialog, IDCANCEL);
+    return TRUE;
+}
+
 int RunWindow(HINSTANCE instance, int show) {
     WNDCLASSW windowClass{};
     windowClass.lpfnWndProc = FrameProc;
@@ -330,5 +380,7 @@ int WINAPI wWinMain(HINSTANCE instance, HINSTANCE, PWSTR, int show) {
     if (g_options.messageBox)
         return ::MessageBoxW(nullptr, L"Launch C:\\new\\tool.exe?\n\u00DCbung \u03A9", L"Driver Target \u2013 Question",
                              MB_YESNO | MB_ICONQUESTION);
+    if (g_options.dialog)
+        return static_cast<int>(::DialogBoxParamW(instance, MAKEINTRESOURCEW(100), nullptr, DialogProc, 0));
     return RunWindow(instance, show);
 }

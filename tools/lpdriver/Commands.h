@@ -28,6 +28,10 @@ int RunDrag(const Words& words, OutputWriter& out);
 int RunKeys(const Words& words, OutputWriter& out);
 int RunColumnWidth(const Words& words, OutputWriter& out);
 int RunColumnOrder(const Words& words, OutputWriter& out);
+int RunDialog(const Words& words, OutputWriter& out);
+int RunCheck(const Words& words, OutputWriter& out);
+int RunSetText(const Words& words, OutputWriter& out);
+int RunPickColor(const Words& words, OutputWriter& out);
 int RunFrame(const Words& words, OutputWriter& out);
 int RunChord(const Words& words, OutputWriter& out);
 

@@ -1,4 +1,5 @@
 // listview and statusbar: the common controls of a process, read from outside.
+#include <cwchar>
 #include "tools/lpdriver/ArgumentList.h"
 #include "tools/lpdriver/Commands.h"
 #include "tools/lpdriver/ControlSearch.h"
@@ -77,6 +78,11 @@ int RunListView(const Words& words, OutputWriter& out) {
     const int columns = list.ColumnCount();
     out.Window(L"hwnd", found);
     out.Number(L"view", list.View());
+    // Colours as COLORREF (0x00BBGGRR) and the style words, all plain answers of the control.
+    out.Number(L"bkcolor", static_cast<int64_t>(ProcessWindows::Ask(found, LVM_GETBKCOLOR, 0, 0)));
+    out.Number(L"textcolor", static_cast<int64_t>(ProcessWindows::Ask(found, LVM_GETTEXTCOLOR, 0, 0)));
+    out.Number(L"exstyle", static_cast<int64_t>(ProcessWindows::Ask(found, LVM_GETEXTENDEDLISTVIEWSTYLE, 0, 0)));
+    out.Number(L"style", static_cast<int64_t>(static_cast<DWORD>(::GetWindowLongPtrW(found, GWL_STYLE))));
     out.Number(L"columns", columns);
     // Lines of several cells carry each cell escaped, the cells apart by a tab.
     out.Raw(L"headings", JoinEscaped(list.Headings(columns)));
@@ -103,6 +109,8 @@ int RunStatusBar(const Words& words, OutputWriter& out) {
             const RemoteBuffer buffer(bar, (length + 1) * sizeof(wchar_t));
             ProcessWindows::Ask(bar, SB_GETTEXTW, part, buffer.At(0));
             buffer.Read(0, text.data(), length * sizeof(wchar_t));
+            // The pane may have taken a shorter text between the two questions.
+            text.resize(wcsnlen(text.c_str(), text.size()));
         }
         out.Field(L"part", text);
     }

@@ -121,6 +121,9 @@ int RunFindWindow(const Words& words, OutputWriter& out) {
     out.Field(L"class", facts.className);
     out.Field(L"title", facts.title);
     out.Number(L"visible", facts.visible ? 1 : 0);
+    // What the window shows of its frame: the caption bits of its style, and whether it has a menu.
+    out.Number(L"style", static_cast<int64_t>(static_cast<DWORD>(::GetWindowLongPtrW(found, GWL_STYLE))));
+    out.Number(L"menu", ::GetMenu(found) ? 1 : 0);
     return kExitSuccess;
 }
 
