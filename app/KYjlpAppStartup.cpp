@@ -167,6 +167,7 @@ bool KYjlpApp::InitInstance() {
             }
             auto* frame = dynamic_cast<KYjlpFrameMain*>(MainWindow());
             if (frame && m_abShow[1]) frame->ReadyMenu();
+            SetDialogHelpCall(&KYjlpFrameMain::HelpForwarder);
             if (!frame || !frame->RestoreWindow(kSourceName))
                 throw m_pMonitor ? m_pMonitor->getSituationID() : 27069;
             StartWatching();

@@ -62,6 +62,11 @@ public:
     void EndBusy(HCURSOR* saved, int pane = 0);
     void SetBusyCursor(HCURSOR* saved, LPCWSTR cursor, bool system, const wchar_t* text, int pane);
 
+    // Help of the given viewer command; true when the help window came.
+    bool ShowHelp(UINT command, DWORD_PTR data, HWND owner, bool messageOnFailure, bool busy);
+    // The help function the dialogs call.
+    static BOOL HelpForwarder(UINT command, DWORD_PTR data, HWND window, BYTE tellFailure, BYTE busy) noexcept;
+    bool HelpAvailable() const;
     // The client's name and address told by the session device, for programs started later.
     LRESULT OnClientEnvVarChange();
 

@@ -5,6 +5,8 @@
 #include <winnetwk.h>
 
 #include "app/KYjlpApp.h"
+#include "framework/HtmlHelp.h"
+#include "framework/ResourceModule.h"
 #include "monitor/KYbpm.h"
 #include "registrar/KYjutlRegistrar.h"
 #include "window/KYjlpFrameMain.h"
@@ -62,6 +64,7 @@ LRESULT KYjlpFrameMain::OnClientEnvVarChange() {
     facts[kClientFactsSize - 2] = facts[kClientFactsSize - 1] = 0;
     SetEnvironmentVariableW(L"CLIENTCOMPUTERNAME", reinterpret_cast<const wchar_t*>(facts));
     SetEnvironmentVariableW(L"CLIENTCOMPUTERIPADDRESS", reinterpret_cast<const wchar_t*>(facts + kAddressOffset));
+    UpdateSessionPane();
     return 1;
 }
 
@@ -107,9 +110,47 @@ void KYjlpFrameMain::OnSettingChange(UINT flags, const wchar_t* section) {
     if (app->m_bPrintersActive) app->PostWatchEvent(3, false);
 }
 
+bool KYjlpFrameMain::HelpAvailable() const {
+    KYjlpApp* app = TheApp();
+    return app && !app->m_strHelpFilePath.empty() && app->m_nHelpKind == 1 && app->m_nHelpSituation == 0;
+}
+
+// The help window for a command of the help viewer (0: the help's first page,
+// 16: a control's what-is-this text), owned by the window that asks.
+bool KYjlpFrameMain::ShowHelp(UINT command, DWORD_PTR data, HWND owner, bool messageOnFailure, bool busy) {
+    KYjlpApp* app = TheApp();
+    if (!HelpAvailable()) return false;
+    if (owner && !IsWindow(owner)) return false;
+    if (!owner && (command == 16 || app->m_bClassicDesktop)) owner = GetAncestor(m_hwnd, GA_ROOT);
+    HCURSOR saved = nullptr;
+    if (busy) ShowBusy(&saved, 24597);
+    SendMessageW(m_hwnd, WM_CANCELMODE, 0, 0);
+    if (HWND capture = GetCapture()) SendMessageW(capture, WM_CANCELMODE, 0, 0);
+    const std::wstring path = fw::HelpPathForCommand(app->m_strHelpFilePath, command);
+    const bool shown = fw::CallHtmlHelp(owner ? owner : m_hwnd, path.c_str(), command, data) != nullptr;
+    if (busy) EndBusy(&saved, 0);
+    // Told on the status bar, not in a box: a box would hold the session's shell for nothing.
+    if (!shown && messageOnFailure) SetBusyText(fw::ResString(61703));
+    return shown;
+}
+
+BOOL KYjlpFrameMain::HelpForwarder(UINT command, DWORD_PTR data, HWND window, BYTE tellFailure, BYTE busy) noexcept {
+    try {
+        KYjlpApp* app = TheApp();
+        auto* frame = app ? dynamic_cast<KYjlpFrameMain*>(app->MainWindow()) : nullptr;
+        return frame && frame->ShowHelp(command, data, window, tellFailure != 0, busy != 0) ? TRUE : FALSE;
+    } catch (...) {
+        return FALSE;
+    }
+}
+
 bool KYjlpFrameMain::OnHelpInfo() {
-    // Help opens with the help file and its window; until then F1 is the system's.
-    return false;
+    if (!HelpAvailable()) return false;
+    // A dialog of ours that is active answers its own help.
+    if (HWND active = GetActiveWindow(); active && active != m_hwnd) return false;
+    PostMessageW(m_hwnd, fw::WM_KICKIDLE, 0, 0);
+    ShowHelp(0, 0, nullptr, true, true);
+    return true;
 }
 
 void KYjlpFrameMain::OnHelpCommand(UINT id) {
@@ -117,7 +158,4 @@ void KYjlpFrameMain::OnHelpCommand(UINT id) {
     OnHelpInfo();
 }
 
-void KYjlpFrameMain::OnUpdateHelp(fw::CmdUI& ui) {
-    KYjlpApp* app = TheApp();
-    ui.Enable(app && !app->m_strHelpFilePath.empty() && app->m_nHelpKind != 0 && app->m_nHelpSituation == 0);
-}
+void KYjlpFrameMain::OnUpdateHelp(fw::CmdUI& ui) { ui.Enable(HelpAvailable()); }
