@@ -63,8 +63,9 @@ bool KYjlpApp::DispatchWatchEvent(HANDLE signalled) {
             m_pMonitor->forgetSituation();
     }
     // What the change altered (the menu's offer, the list) is shown by the idle
-    // update, which a watch event alone, being no message, would not start.
-    PostThreadMessageW(GetCurrentThreadId(), fw::WM_KICKIDLE, 0, 0);
+    // update, which a watch event, being no message, would not start: the pump
+    // reports it as an empty message, which the loop takes as one that starts idle time.
+    m_msgCur = MSG{};
     return true;
 }
 
