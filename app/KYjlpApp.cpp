@@ -22,6 +22,7 @@ KYjlpApp* TheApp() noexcept { return g_theApp; }
 
 KYjlpApp::KYjlpApp() : fw::WinApp(L"Launch Panel") {
     g_theApp = this;
+    KYjlpPrinterHost::SetCurrent(this);
     ResetMembers();
 }
 
@@ -30,6 +31,7 @@ KYjlpApp::~KYjlpApp() {
     CloseAllDocuments();
     ResetMembers();
     if (g_theApp == this) g_theApp = nullptr;
+    if (KYjlpPrinterHost::Current() == this) KYjlpPrinterHost::SetCurrent(nullptr);
 }
 
 void KYjlpApp::WipeScratch() noexcept {
@@ -63,6 +65,8 @@ void KYjlpApp::ResetMembers() {
     m_hKeyCatalogue.reset();
     m_hKeyServer.reset();
     OnMemberReleased(Member::RegistryKeys);
+    // The printer records are the library's: they go back before it is freed.
+    m_printerCfg.ReleasePrinters(true);
     OnMemberReleased(Member::PrinterEngine);
     m_hPrintMonitor.reset();
     OnMemberReleased(Member::PrintMonitor);

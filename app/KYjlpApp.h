@@ -12,6 +12,8 @@
 
 #include "foundation/UniqueHandle.h"
 #include "framework/WinApp.h"
+#include "printers/KYjlpPrinterCfg.h"
+#include "printers/KYjlpPrinterHost.h"
 
 class KYbpm;
 class KYbpmData;
@@ -25,7 +27,7 @@ class KYjutlRegistrar;
 struct KYjutlRegistrar_PREFS;
 struct KYstdUI_DlgData;
 
-class KYjlpApp : public fw::WinApp {
+class KYjlpApp : public fw::WinApp, public KYjlpPrinterHost {
 public:
     static constexpr size_t kScratchChars = 2048;
     static constexpr int kTagCount = 15;
@@ -173,6 +175,7 @@ public:
     bool m_bUserIsAdmin = false;
     uint32_t m_nItemFillMask = 11;
     int m_nPrinterStartMode = 0;
+    KYjlpPrinterCfg m_printerCfg;
     ky::UniqueHModule m_hPrintMonitor;
     bool m_bPrintersAttempted = false;
     bool m_bPrintersActive = false;
@@ -205,6 +208,24 @@ public:
 
     // Answers the monitor's standing situation, forgetting it when nobody took it.
     void RespondAndForget();
+
+    // --- client printers: the engine's host, and the printer entries of the menu ---
+    KYjlpPrinterCfg* PrinterEngine() override { return &m_printerCfg; }
+    KYbpm* PrinterMonitor() override { return m_pMonitor; }
+    KYpbr* PrinterBrander() override { return m_pBrander; }
+    int32_t PrinterStartMode() override { return m_nPrinterStartMode; }
+    HANDLE PrinterWatchEvent() override { return m_hWatchEvents[kWatchPrinters].get(); }
+    HMODULE PrintMonitorModule() override { return m_hPrintMonitor.get(); }
+    int LoadPrintMonitor() override;
+    std::wstring PrinterTagText(int tag) override;
+    std::wstring PrinterCodeLink(DWORD code) override;
+    void ReloadPrinterMenu() override;
+    KYstdUI_DlgData PrinterDialogData() override;
+    bool ShowPrinterHelp(UINT command, DWORD_PTR data) override;
+    std::wstring PrintInfInitialDir() override;
+    bool SetPrintInfInitialDir(const std::wstring& directory) override;
+    // Opens the printer's sheet; `wentBack` says the user left it without a report.
+    bool ConfigureClientPrinter(const CLIENT_PRINTER_INFO* entry, const KYstdUI_DlgData& data, bool& wentBack);
 
     // --- the dialogs: the about command (32780) and the help every dialog gets ---
     bool RouteDialogCommands(UINT id, fw::CmdUI* ui);

@@ -86,15 +86,3 @@ void KYjlpApp::OnPrinterConfigureAdd(UINT) {
     RespondAndForget();
 }
 
-// A client printer of the menu. The entries are there only while client printers run.
-void KYjlpApp::OnPrinterEntry(UINT id) {
-    if (m_bPrintersActive) return;
-    const int index = static_cast<int>(id) - static_cast<int>(kFirstPrinter);
-    if (m_pMonitor && !m_pMonitor->respondToSituation(27105, 0, static_cast<int32_t>(index < 0 ? 1 : index + 1)))
-        m_pMonitor->forgetSituation();
-}
-
-void KYjlpApp::OnUpdatePrinterEntry(fw::CmdUI& ui) {
-    ui.Enable(false);
-    ui.SetCheck(0);
-}

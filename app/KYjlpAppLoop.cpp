@@ -153,17 +153,6 @@ bool KYjlpApp::PostWatchEvent(int action, bool create) {
     return number == 0;
 }
 
-bool KYjlpApp::OnPrintersChanged() {
-    // Client printers are not running: nobody will signal this event again.
-    if (!m_bPrintersActive) {
-        m_hWatchEvents[kWatchPrinters].reset();
-        return true;
-    }
-    // The engine's refresh of the printer list and the frame's printers menu
-    // come with the client printers.
-    return PostWatchEvent(2, false);
-}
-
 bool KYjlpApp::OnCatalogueChanged() {
     WatchRegistryKey(m_hKeyCatalogue, kCatalogueKey, kWatchCatalogue);
     return RefreshItems();
@@ -238,22 +227,4 @@ void KYjlpApp::ShowLaunchStatus(bool starting) {
     } else if (frame->StatusBar()->IsOverridden(0)) {
         frame->EndBusyText();
     }
-}
-
-bool KYjlpApp::AcquireClientPrinters(bool withUI) {
-    (void)withUI;
-    if (m_bStandalone) {
-        m_bPrintersAttempted = true;
-        return true;
-    }
-    if (!m_bPrintersAttempted && !m_bPrintersActive && m_bPrintersFirstTry && m_pMonitor) {
-        // The registrar's client-printing flag word is 0 until client printers are
-        // built, so the session is told once that they are not available.
-        wchar_t attribute[260] = {};
-        if (m_pBrander) m_pBrander->loadText(KYpbr::kNodeManagerName, attribute, 260);
-        if (!m_pMonitor->respondToSituation(27033, 0, attribute)) m_pMonitor->forgetSituation();
-    }
-    if (!m_bPrintersActive) m_bPrintersAttempted = true;
-    m_bPrintersFirstTry = false;
-    return m_bPrintersActive;
 }

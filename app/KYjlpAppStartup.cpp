@@ -92,6 +92,8 @@ void KYjlpApp::EstablishRegistrar() {
         user.c_str(), &m_astrGroups);
     if (!m_pRegistrar) throw 27219;
     m_pRegistrar->m_hInstance = m_hResourceLibrary.get();
+    // This build ships its print monitor library: client printers are offered.
+    m_pRegistrar->m_uClientPrinting |= KYjutlRegistrar::kClientPrintersOffered;
 }
 
 // Step 12: shell use makes the registrar's full start-up read (catalogue,

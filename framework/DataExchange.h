@@ -20,6 +20,11 @@ public:
     // A check box as 0, 1 (or 2, indeterminate).
     void Check(int id, int& value);
     void Text(int id, std::wstring& value);
+    // A list box's selected item: saving reads its text (empty without a
+    // selection), loading selects the first item that starts with the value.
+    void ListString(int id, std::wstring& value);
+    // A group of radio buttons from its first: the index of the checked one, -1 for none.
+    void Radio(int firstId, int& value);
 
 private:
     HWND m_dialog;

@@ -60,10 +60,15 @@ protected:
     virtual bool OnDialogMessage(UINT msg, WPARAM w, LPARAM l, LRESULT& result);
     // The window is gone; the object lives on for the next showing.
     virtual void OnDestroyed() {}
+    // One message through the typed handlers, for procedures of derived kinds
+    // (property pages) that find their object another way.
+    INT_PTR Dispatch(UINT msg, WPARAM w, LPARAM l);
+    bool Ended() const noexcept { return m_bEnded; }
+    // Another dialog's first look at a message: a sheet asks its active page.
+    static bool PreTranslateForPage(Dialog& page, MSG& msg) { return page.PreTranslateMessage(msg); }
 
 private:
     static INT_PTR CALLBACK StaticProc(HWND hwnd, UINT msg, WPARAM w, LPARAM l) noexcept;
-    INT_PTR Dispatch(UINT msg, WPARAM w, LPARAM l);
     bool Reflect(UINT msg, WPARAM w, LPARAM l, LRESULT& result);
     HWND Owner() const;
     void RunModalLoop();

@@ -106,6 +106,9 @@ public:
     KYjutlRegistrar_PREFS* m_pPreferences = nullptr;
     uint32_t m_uCloseOption = 0;
     uint32_t m_uSessionTimeout = 0;
+    // What the server offers of client printing; bit 4 lets client printers start.
+    static constexpr uint32_t kClientPrintersOffered = 0x10;
+    uint32_t m_uClientPrinting = 0;
     wchar_t m_szSharedAccounts[260] = {};
     std::vector<std::wstring>* m_pGroups = nullptr;  // not owned
 

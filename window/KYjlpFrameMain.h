@@ -50,6 +50,8 @@ public:
     bool AddDisconnectItem(HMENU menu);
     // The session's offer changed (time-out, shared account, printers): the menu follows.
     void RebuildMenu();
+    // The printers submenu of the menu bar lists the engine's printers below its first item.
+    void ReloadPrinterMenu();
 
     KYjlpStatusBar* StatusBar() { return m_pStatusBar.get(); }
     fw::ToolBar* ToolBar() { return m_pToolBar.get(); }

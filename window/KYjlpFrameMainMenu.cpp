@@ -9,7 +9,8 @@
 #include "window/KYjlpFrameMain.h"
 
 namespace {
-constexpr UINT kAbout = 32780, kDisconnect = 32820, kExit = 57665;
+constexpr UINT kAbout = 32780, kDisconnect = 32820, kExit = 57665, kPrinterPanel = 32786;
+constexpr int kPrintersSubmenu = 5;
 constexpr UINT kTopMenuFlags = MF_HILITE | MF_MOUSESELECT | MF_POPUP;  // 32912
 constexpr UINT kFirstTopPrompt = 24614;
 
@@ -99,6 +100,16 @@ void KYjlpFrameMain::RebuildMenu() {
     if (!*this || !Menu()) return;
     AddDisconnectItem(Menu());
     DrawMenuBar(m_hwnd);
+}
+
+// The printers submenu is the sixth item of File, with the add command first.
+void KYjlpFrameMain::ReloadPrinterMenu() {
+    KYjlpApp* app = TheApp();
+    HMENU bar = Menu();
+    HMENU file = bar ? GetSubMenu(bar, 0) : nullptr;
+    HMENU printers = file ? GetSubMenu(file, kPrintersSubmenu) : nullptr;
+    if (!app || !printers || GetMenuItemID(printers, 0) != kPrinterPanel) return;
+    app->m_printerCfg.FillPrinterMenu(printers, 1, true);
 }
 
 // A menu of the menu bar opened with the mouse: the status bar says what it holds.
