@@ -25,12 +25,17 @@
 //                       a list box, a colour button); its echo line tells what
 //                       reached it; the exit code is 100 plus the first box's check
 //                       on OK, 2 on Cancel
+//   /menu               give the frame a menu bar; its update handler (WM_INITMENUPOPUP)
+//                       sets which items are enabled and checked
+//   /wizard, /sheet     show the property sheet of DriverTargetSheet.cpp as a wizard
+//                       or with tabs
 #include <windows.h>
 #include <windowsx.h>
 #include <commctrl.h>
 #include <shellapi.h>
 #include <commdlg.h>
 #include "foundation/UniqueHandle.h"
+#include "tests/driver/DriverTargetSheet.h"
 #include <cwchar>
 #include <string>
 
@@ -46,6 +51,14 @@ constexpr WORD kModalCommand = 40100;
 constexpr LRESULT kCommandAnswerBase = 1000;
 // The exit code after WM_CLOSE.
 constexpr int kClosedExit = 40;
+// The menu bar (/menu) and what its update handler reads: command 40230 turns the
+// network on, which enables Network printer; command 40300 answers 1 while the
+// driver's menu probe is loaded into this process, else 0.
+constexpr int kMenuResource = 200;
+constexpr WORD kNetworkCommand = 40230;
+constexpr WORD kProbeLoadedCommand = 40300;
+constexpr UINT kDefaultPrinterItem = 40211, kNetworkPrinterItem = 40212;
+constexpr UINT kStatusBarItem = 40221, kRefreshItem = 40222;
 
 struct Options {
     int exitAtOnce = -1;
@@ -58,6 +71,9 @@ struct Options {
     DWORD viewStyle = LVS_REPORT;
     bool topmost = false;
     bool dialog = false;
+    bool menu = false;
+    bool wizard = false;
+    bool sheet = false;
 };
 
 Options g_options;
@@ -70,6 +86,7 @@ struct Drag {
 
 Drag g_drag;
 std::wstring g_events;
+bool g_network = false;
 
 const wchar_t* const kRows[][3] = {
     {L"Alpha", L"Program", L"12 KB"},
@@ -95,6 +112,9 @@ Options ParseOptions() {
         if (word == L"/msgbox") options.messageBox = true;
         else if (word == L"/topmost") options.topmost = true;
         else if (word == L"/dialog") options.dialog = true;
+        else if (word == L"/menu") options.menu = true;
+        else if (word == L"/wizard") options.wizard = true;
+        else if (word == L"/sheet") options.sheet = true;
         else if (word == L"/exit" && hasNext) options.exitAtOnce = std::wcstol(words[++i], nullptr, 10);
         else if (word == L"/delay" && hasNext) options.delayMs = std::wcstoul(words[++i], nullptr, 10);
         else if (word == L"/rows" && hasNext) options.extraRows = std::wcstol(words[++i], nullptr, 10);
@@ -277,7 +297,18 @@ LRESULT OnCommand(HWND frame, WORD id) {
     }
     if (id == kModalCommand)
         return ::MessageBoxW(frame, L"Opened by a command", L"Command box", MB_OKCANCEL);
+    if (id == kNetworkCommand) g_network = true;
+    if (id == kProbeLoadedCommand) return ::GetModuleHandleW(L"lpmenuprobe.dll") != nullptr ? 1 : 0;
     return id + kCommandAnswerBase;
+}
+
+// The update handler of the menu bar: the states of the items of the submenu about
+// to open, as the program's state has them now.
+void UpdatePopup(HMENU popup) {
+    ::CheckMenuItem(popup, kDefaultPrinterItem, MF_BYCOMMAND | MF_CHECKED);
+    ::EnableMenuItem(popup, kNetworkPrinterItem, MF_BYCOMMAND | (g_network ? MF_ENABLED : MF_GRAYED));
+    ::CheckMenuItem(popup, kStatusBarItem, MF_BYCOMMAND | MF_CHECKED);
+    ::EnableMenuItem(popup, kRefreshItem, MF_BYCOMMAND | MF_ENABLED);
 }
 
 LRESULT CALLBACK FrameProc(HWND frame, UINT message, WPARAM wParam, LPARAM lParam) noexcept {
@@ -287,6 +318,9 @@ LRESULT CALLBACK FrameProc(HWND frame, UINT message, WPARAM wParam, LPARAM lPara
         return 0;
     case WM_COMMAND:
         return OnCommand(frame, LOWORD(wParam));
+    case WM_INITMENUPOPUP:
+        UpdatePopup(reinterpret_cast<HMENU>(wParam));
+        return 0;
     case WM_NOTIFY: {
         const NMHDR& header = *reinterpret_cast<const NMHDR*>(lParam);
         return header.idFrom == kListId ? OnListNotify(frame, header) : 0;
@@ -356,8 +390,10 @@ int RunWindow(HINSTANCE instance, int show) {
     windowClass.lpszClassName = kClassName;
     ::RegisterClassW(&windowClass);
     const DWORD exStyle = g_options.topmost ? WS_EX_TOPMOST : 0;
+    // The frame owns its menu bar and destroys it with itself.
+    const HMENU menu = g_options.menu ? ::LoadMenuW(instance, MAKEINTRESOURCEW(kMenuResource)) : nullptr;
     const HWND frame = ::CreateWindowExW(exStyle, kClassName, kTitle, WS_OVERLAPPEDWINDOW, 40, 40, 640, 480,
-                                         nullptr, nullptr, instance, nullptr);
+                                         nullptr, menu, instance, nullptr);
     if (frame == nullptr) return 100;
     ::ShowWindow(frame, show == SW_HIDE ? SW_SHOWNORMAL : show);
     ::UpdateWindow(frame);
@@ -374,7 +410,8 @@ int RunWindow(HINSTANCE instance, int show) {
 int WINAPI wWinMain(HINSTANCE instance, HINSTANCE, PWSTR, int show) {
     g_options = ParseOptions();
     if (g_options.exitAtOnce >= 0) return g_options.exitAtOnce;
-    INITCOMMONCONTROLSEX controls{sizeof controls, ICC_LISTVIEW_CLASSES | ICC_BAR_CLASSES};
+    INITCOMMONCONTROLSEX controls{sizeof controls,
+                                  ICC_LISTVIEW_CLASSES | ICC_BAR_CLASSES | ICC_TAB_CLASSES};
     ::InitCommonControlsEx(&controls);
     if (g_options.delayMs) ::Sleep(g_options.delayMs);
     if (g_options.messageBox)
@@ -382,5 +419,6 @@ int WINAPI wWinMain(HINSTANCE instance, HINSTANCE, PWSTR, int show) {
                              MB_YESNO | MB_ICONQUESTION);
     if (g_options.dialog)
         return static_cast<int>(::DialogBoxParamW(instance, MAKEINTRESOURCEW(100), nullptr, DialogProc, 0));
+    if (g_options.wizard || g_options.sheet) return lpdrivertarget::ShowSheet(instance, g_options.wizard);
     return RunWindow(instance, show);
 }

@@ -31,6 +31,7 @@ int RunColumnOrder(const Words& words, OutputWriter& out);
 int RunDialog(const Words& words, OutputWriter& out);
 int RunCheck(const Words& words, OutputWriter& out);
 int RunSetText(const Words& words, OutputWriter& out);
+int RunListBox(const Words& words, OutputWriter& out);
 int RunPickColor(const Words& words, OutputWriter& out);
 int RunFrame(const Words& words, OutputWriter& out);
 int RunChord(const Words& words, OutputWriter& out);

@@ -54,7 +54,7 @@ int RunPress(const Words& words, OutputWriter& out) {
         PrintButtons(buttons, out);
         ThrowNotFound(L"the dialog has no button " + wanted);
     }
-    DialogReader::Press(dialog, *button, args.Has(L"--click"));
+    DialogReader::Press(*button, args.Has(L"--click"));
     out.Number(L"pressed", button->id);
     if (args.Has(L"--no-wait")) return kExitSuccess;
     // The caller goes on with what the press caused: first the dialog must be gone.

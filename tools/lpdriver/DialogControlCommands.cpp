@@ -23,11 +23,12 @@ HWND AwaitDialog(const ArgumentList& args, DWORD processId, DWORD limit, OutputW
     return wait.Until([&] { return DialogReader::FindVisible(processId, caption); }, L"the dialog", out);
 }
 
-HWND ControlOf(HWND dialog, const std::wstring& word) {
+// The control named on the command line, waited for with its dialog; a control of
+// a property sheet's page counts as the sheet's.
+DialogControl AwaitControl(const ArgumentList& args, DWORD processId, const std::wstring& word, DWORD limit,
+                           OutputWriter& out) {
     const int id = static_cast<int>(static_cast<int64_t>(ArgumentList::ParseNumber(word, L"control id")));
-    const HWND control = ::GetDlgItem(dialog, id);
-    if (!control) ThrowNotFound(L"the dialog has no control " + word);
-    return control;
+    return DialogReader::AwaitControl(processId, args.Value(L"--title"), id, limit, out);
 }
 
 bool IsCheckBox(HWND control) {
@@ -95,8 +96,7 @@ int RunCheck(const Words& words, OutputWriter& out) {
     const int wanted = static_cast<int>(ArgumentList::ParseDword(args.Positional(2), L"check state"));
     if (wanted > 1) ThrowUsage(L"a check box is set to 0 or 1");
     const DWORD limit = ArgumentList::ParseDword(args.Positional(3), L"time limit");
-    const HWND dialog = AwaitDialog(args, processId, limit, out);
-    const HWND box = ControlOf(dialog, args.Positional(1));
+    const auto [dialog, box] = AwaitControl(args, processId, args.Positional(1), limit, out);
     if (!IsCheckBox(box)) ThrowNotFound(L"control " + args.Positional(1) + L" is no check box");
     out.Window(L"hwnd", dialog);
     if (CheckOf(box) != wanted) {
@@ -115,8 +115,7 @@ int RunSetText(const Words& words, OutputWriter& out) {
     args.RequirePositional(4, 4);
     const DWORD processId = ProcessWindows::ParseProcessId(args.Positional(0));
     const DWORD limit = ArgumentList::ParseDword(args.Positional(3), L"time limit");
-    const HWND dialog = AwaitDialog(args, processId, limit, out);
-    const HWND field = ControlOf(dialog, args.Positional(1));
+    const auto [dialog, field] = AwaitControl(args, processId, args.Positional(1), limit, out);
     out.Window(L"hwnd", dialog);
     SetFieldText(field, args.Positional(2));
     out.Field(L"text", ProcessWindows::TextOf(field));

@@ -1,6 +1,7 @@
 #include "tools/lpdriver/DialogReader.h"
 #include "tools/lpdriver/DriverFailure.h"
 #include "tools/lpdriver/ProcessWindows.h"
+#include "tools/lpdriver/WindowWait.h"
 #include <cwctype>
 
 namespace lpdriver {
@@ -58,11 +59,36 @@ std::optional<DialogButton> DialogReader::Choose(const std::vector<DialogButton>
     return std::nullopt;
 }
 
-void DialogReader::Press(HWND dialog, const DialogButton& button, bool click) {
+void DialogReader::Press(const DialogButton& button, bool click) {
+    const HWND parent = ::GetParent(button.window);
+    if (parent == nullptr) ThrowNotFound(L"the button is gone");
     const BOOL posted = click ? ::PostMessageW(button.window, BM_CLICK, 0, 0)
-                              : ::PostMessageW(dialog, WM_COMMAND, MAKEWPARAM(button.id, BN_CLICKED),
+                              : ::PostMessageW(parent, WM_COMMAND, MAKEWPARAM(button.id, BN_CLICKED),
                                                reinterpret_cast<LPARAM>(button.window));
     if (!posted) ThrowWin32(L"PostMessageW");
+}
+
+HWND DialogReader::Control(HWND dialog, int id) {
+    HWND hidden = nullptr;
+    for (HWND child : ProcessWindows::Descendants(dialog)) {
+        if (::GetDlgCtrlID(child) != id) continue;
+        if (::IsWindowVisible(child)) return child;
+        if (hidden == nullptr) hidden = child;
+    }
+    return hidden;
+}
+
+DialogControl DialogReader::AwaitControl(DWORD processId, const std::optional<std::wstring>& caption, int id,
+                                         DWORD limitMs, OutputWriter& out) {
+    DialogControl found;
+    WindowWait wait(processId, limitMs);
+    found.control = wait.Until(
+        [&]() -> HWND {
+            found.dialog = FindVisible(processId, caption);
+            return found.dialog ? Control(found.dialog, id) : nullptr;
+        },
+        L"control " + std::to_wstring(id) + L" of the dialog", out);
+    return found;
 }
 
 }  // namespace lpdriver

@@ -2,6 +2,7 @@
 // its caption, text and buttons, and pressing one of them.
 #pragma once
 #include <windows.h>
+#include "tools/lpdriver/OutputWriter.h"
 #include <optional>
 #include <string>
 #include <vector>
@@ -13,6 +14,11 @@ struct DialogButton {
     int id = 0;
     std::wstring text;
     bool enabled = false;
+};
+
+struct DialogControl {
+    HWND dialog = nullptr;
+    HWND control = nullptr;
 };
 
 class DialogReader {
@@ -31,7 +37,18 @@ public:
     static std::optional<DialogButton> Choose(const std::vector<DialogButton>& buttons,
                                               const std::wstring& word);
     // Posted, so that a press which opens the next modal box does not hold the driver.
-    static void Press(HWND dialog, const DialogButton& button, bool click);
+    // The command goes to the button's parent: the dialog, or the page of a property
+    // sheet that holds it (the sheet's own buttons, Back and Next among them, are
+    // children of the sheet, which acts on their commands).
+    static void Press(const DialogButton& button, bool click);
+    // The control with this id among all descendants of the dialog, the pages of a
+    // property sheet included (each page a child dialog); where pages repeat an id, a
+    // visible control before a hidden one. Null when there is none.
+    static HWND Control(HWND dialog, int id);
+    // Waits up to the limit for the dialog (FindVisible) and the control in it; on
+    // time-out prints timeout=1 and fails as "not found".
+    static DialogControl AwaitControl(DWORD processId, const std::optional<std::wstring>& caption, int id,
+                                      DWORD limitMs, OutputWriter& out);
 };
 
 }  // namespace lpdriver

@@ -7,7 +7,9 @@
 #include "tools/lpdriver/ArgumentList.h"
 #include "tools/lpdriver/Commands.h"
 #include "tools/lpdriver/DriverFailure.h"
+#include "tools/lpdriver/MenuProbe.h"
 #include "tools/lpdriver/ProcessWindows.h"
+#include "tools/lpdriver/probe/MenuWalker.h"
 
 namespace lpdriver {
 
@@ -19,32 +21,21 @@ std::wstring Hex(uintptr_t value) {
     return text;
 }
 
-// Each command item of the menu, the submenus asked to update first, as the
-// program does before it shows them. Menus of another process can be read where
-// the system shares them; where it does not, the count is 0 and menu-read=0 says so.
-int PrintMenu(HWND frame, HMENU menu, const std::wstring& path, OutputWriter& out) {
-    const int count = ::GetMenuItemCount(menu);
-    int printed = 0;
-    for (int i = 0; i < count; ++i) {
-        wchar_t text[256] = {};
-        MENUITEMINFOW info{};
-        info.cbSize = sizeof info;
-        info.fMask = MIIM_ID | MIIM_STATE | MIIM_SUBMENU | MIIM_FTYPE | MIIM_STRING;
-        info.dwTypeData = text;
-        info.cch = 255;
-        if (!::GetMenuItemInfoW(menu, static_cast<UINT>(i), TRUE, &info) || (info.fType & MFT_SEPARATOR)) continue;
-        if (info.hSubMenu) {
-            ::SendMessageW(frame, WM_INITMENUPOPUP, reinterpret_cast<WPARAM>(info.hSubMenu), MAKELPARAM(i, FALSE));
-            printed += PrintMenu(frame, info.hSubMenu, path + text + L"/", out);
-            continue;
-        }
-        out.Record({{L"item", std::to_wstring(info.wID)},
-                    {L"path", path + text},
-                    {L"enabled", (info.fState & MFS_DISABLED) ? L"0" : L"1"},
-                    {L"checked", (info.fState & MFS_CHECKED) ? L"1" : L"0"}});
-        ++printed;
-    }
-    return printed;
+// Each command item of the menu bar, the submenus asked to update first, as the
+// program does before it shows them. Read from here where the system shares menus
+// between processes; where it does not (Wine), the probe reads them inside the program.
+void PrintMenu(HWND frame, HMENU menu, OutputWriter& out) {
+    std::vector<MenuItemRecord> records = MenuWalker::Walk(frame, menu);
+    const bool direct = !records.empty();
+    if (!direct) records = MenuProbe::Read(frame);
+    for (const MenuItemRecord& record : records)
+        out.Record({{L"item", std::to_wstring(record.id)},
+                    {L"path", record.path},
+                    {L"enabled", record.enabled ? L"1" : L"0"},
+                    {L"checked", record.checked ? L"1" : L"0"},
+                    {L"text", record.text}});
+    if (!records.empty()) out.Field(L"menu-source", direct ? L"process" : L"probe");
+    out.Number(L"menu-read", records.empty() ? 0 : 1);
 }
 
 // Whether no visible top-level window lies below this one.
@@ -93,7 +84,7 @@ int RunFrame(const Words& words, OutputWriter& out) {
     out.Number(L"bottom", AtBottom(frame) ? 1 : 0);
     HMENU menu = ::GetMenu(frame);
     out.Number(L"menu", menu ? 1 : 0);
-    if (args.Has(L"--menu") && menu) out.Number(L"menu-read", PrintMenu(frame, menu, L"", out) > 0 ? 1 : 0);
+    if (args.Has(L"--menu") && menu) PrintMenu(frame, menu, out);
     if (auto ids = args.Value(L"--buttons")) PrintButtons(frame, *ids, out);
     return kExitSuccess;
 }

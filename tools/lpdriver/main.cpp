@@ -43,6 +43,8 @@ constexpr CommandEntry kCommands[] = {
     {L"dialog", lpdriver::RunDialog, L"dialog <pid|any> [--title T] <ms>"},
     {L"check", lpdriver::RunCheck, L"check <pid|any> <control id> <0|1> [--title T] <ms>"},
     {L"set-text", lpdriver::RunSetText, L"set-text <pid|any> <control id> <text> [--title T] <ms>"},
+    {L"listbox", lpdriver::RunListBox,
+     L"listbox <pid|any> <control id> <index|text> [--title T] [--double] <ms>"},
     {L"pick-color", lpdriver::RunPickColor, L"pick-color <pid|any> <red> <green> <blue> [--cancel] <ms>"},
     {L"statusbar", lpdriver::RunStatusBar, L"statusbar <pid|any> [--window 0xhwnd] <ms>"},
     {L"command", lpdriver::RunCommand, L"command <0xhwnd|pid> <id> [--post] [--system] [--timeout ms]"},
