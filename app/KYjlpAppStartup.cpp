@@ -41,6 +41,8 @@ bool KYjlpApp::InitCommandLine(int& pending) {
         m_bShell = true;
     else
         m_pCmdLine->m_bClassic = false;  // launch use never shows a window
+    // Launch use starts one program and ends: the session's printers are not its business.
+    if (!m_bShell) m_bPrintersAttempted = true;
     if (!EstablishProgramMonitor(0)) {
         SetExitCode(kExitFailed);
         ReportStartupFailure(m_nFailure, nullptr, MB_ICONERROR);

@@ -119,6 +119,7 @@ bool Dialog::UpdateData(bool save) {
     if (!m_hwnd) return false;
     DataExchange dx(m_hwnd, save);
     DoDataExchange(dx);
+    OnDataExchanged(save);
     return !dx.Failed();
 }
 

@@ -48,6 +48,8 @@ protected:
     // focus was set here, true for the dialog to give it to the first control.
     virtual bool OnInitDialog();
     virtual void DoDataExchange(DataExchange& dx) { (void)dx; }
+    // After every exchange, whatever it read or wrote.
+    virtual void OnDataExchanged(bool save) { (void)save; }
     // WM_COMMAND; true when handled. OK and Cancel go to OnOK and OnCancel.
     virtual bool OnCommand(UINT id, UINT code, HWND control);
     virtual void OnOK();

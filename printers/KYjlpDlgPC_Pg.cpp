@@ -151,6 +151,10 @@ bool KYjlpDlgPC_Pg::ReloadFromRecord(const CLIENT_PRINTER_INFO* record) {
     return true;
 }
 
+void KYjlpDlgPC_Pg::OnDataExchanged(bool save) {
+    if (save && m_bCommitted) CommitToRecord(true);
+}
+
 bool KYjlpDlgPC_Pg::EnablePageControls() {
     if (!m_hwnd) return false;
     for (HWND child = ::GetWindow(m_hwnd, GW_CHILD); child; child = ::GetWindow(child, GW_HWNDNEXT)) {

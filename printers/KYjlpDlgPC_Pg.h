@@ -75,8 +75,13 @@ protected:
     // A text of blanks counts as empty.
     static bool IsBlankText(const std::wstring& text);
 
+    // The page's strings changed under the work record: the record follows them,
+    // so that it never points at a string the page has let go.
+    void OnDataExchanged(bool save) override;
+
     bool m_bGoingBack = false;
     bool m_bNoComplete = false;
+    bool m_bCommitted = false;  // the work record points at this page's strings
 
 private:
     // The sheet validates the page in front when a dialog's OK or Apply is pressed.

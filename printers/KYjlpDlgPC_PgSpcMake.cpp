@@ -58,6 +58,7 @@ void KYjlpDlgPC_PgSpcMake::DoDataExchange(fw::DataExchange& dx) {
 }
 
 bool KYjlpDlgPC_PgSpcMake::CommitToRecord(bool commit) {
+    m_bCommitted = commit;
     KYjlpPrinterCfg* engine = CurrentPrinterEngine();
     if (!engine) return false;
     const auto field = [commit](std::wstring& text) { return commit && !text.empty() ? text.data() : nullptr; };

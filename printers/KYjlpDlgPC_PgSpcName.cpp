@@ -64,6 +64,7 @@ void KYjlpDlgPC_PgSpcName::DoDataExchange(fw::DataExchange& dx) {
 }
 
 bool KYjlpDlgPC_PgSpcName::CommitToRecord(bool commit) {
+    m_bCommitted = commit;
     KYjlpPrinterCfg* engine = CurrentPrinterEngine();
     if (!engine) return false;
     engine->m_info.pszPrinterName = commit && !m_strCurName.empty() ? m_strCurName.data() : nullptr;

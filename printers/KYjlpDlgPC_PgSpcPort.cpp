@@ -49,6 +49,7 @@ void KYjlpDlgPC_PgSpcPort::DoDataExchange(fw::DataExchange& dx) {
 }
 
 bool KYjlpDlgPC_PgSpcPort::CommitToRecord(bool commit) {
+    m_bCommitted = commit;
     KYjlpPrinterCfg* engine = CurrentPrinterEngine();
     if (!engine) return false;
     engine->m_info.pszPortName = commit && !m_strCurPort.empty() ? m_strCurPort.data() : nullptr;

@@ -185,6 +185,7 @@ TEST_F(ClientPrinters, StandaloneAndLaunchUseStartNoClientPrinters) {
     EXPECT_TRUE(MenuPrinters().empty());
     m_driver.Run({L"close", m_pid, L"--all", L"--wait", kFrameLimit});
     m_pid.clear();
+    EXPECT_FALSE(FindSpooledPrinter(L"LP Client Offered").found) << "standalone connects no client printer";
 
     // Launch use in a session: the program starts one program and ends, and the
     // client's printers are not connected.
