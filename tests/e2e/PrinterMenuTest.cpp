@@ -138,6 +138,9 @@ TEST_F(ClientPrinters, ThePrinterDialogSetsTheDefaultPrintsATestPageAndDeletes) 
     EXPECT_EQ(controls[1023][L"checked"], L"1");
     EXPECT_EQ(controls[1023][L"enabled"], L"0");
     EXPECT_EQ(controls[1016][L"visible"], L"0") << "a dialog has no list of client names";
+    wchar_t folder[MAX_PATH] = {};
+    if (GetEnvironmentVariableW(L"LP_SCREENSHOT_DIR", folder, MAX_PATH))
+        m_driver.Run({L"screenshot", main.Value(L"hwnd"), std::wstring(folder) + L"\\printer-dialog.bmp"});
     Press(L"2", L"LP Main Properties");
 
     // Another printer becomes the default through its box and OK.

@@ -77,6 +77,13 @@ protected:
         auto pressed = m_driver.Run({L"press", m_pid, std::to_wstring(IDYES), kLimit});
         ASSERT_EQ(pressed.exitCode, 0u) << Narrow(pressed.Text());
     }
+    // With LP_SCREENSHOT_DIR set, the sheet as it shows now goes there as <name>.bmp.
+    void Shot(const std::wstring& name) {
+        wchar_t folder[MAX_PATH] = {};
+        if (!GetEnvironmentVariableW(L"LP_SCREENSHOT_DIR", folder, MAX_PATH)) return;
+        const std::wstring sheet = m_driver.Run({L"dialog", m_pid, kLimit}).Value(L"hwnd");
+        m_driver.Run({L"screenshot", sheet, std::wstring(folder) + L"\\" + name + L".bmp"});
+    }
     long long AwaitExit() {
         auto ended = m_driver.Run({L"wait", m_pid, L"30000"});
         if (ended.exitCode != 0) return -1;
@@ -91,6 +98,7 @@ protected:
 
 TEST_F(AddPrinterWizard, AddsAPrinterFromFirstPageToLastAndGoesBackToThePageAtFault) {
     AwaitPage(kWelcomeTitle);
+    Shot(L"wizard-1-welcome");
     Press(kNext);
     AwaitPage(kNameEdit);
     // A name the spooler cannot take; the library's answer at Finish brings the name page back.
@@ -99,19 +107,24 @@ TEST_F(AddPrinterWizard, AddsAPrinterFromFirstPageToLastAndGoesBackToThePageAtFa
     AwaitPage(kMakeList);
     Choose(kMakeList, L"Ghostscript");
     Choose(kModelList, kDriverName);
+    Shot(L"wizard-3-driver");
     Press(kNext);
     AwaitPage(kPortEdit);
+    Shot(L"wizard-4-port");
     Type(kPortEdit, L"nowhere at all");
     Press(kNext);
     ConfirmNewPort();
     AwaitPage(kTestNo);
+    Shot(L"wizard-5-test-page");
     m_driver.Run({L"press", m_pid, std::to_wstring(kTestNo), L"--click", L"--no-wait", kLimit});
     Press(kNext);
     auto finish = AwaitPage(kFinishName);
+    Shot(L"wizard-6-finish");
     EXPECT_EQ(finish[kFinishName][L"text"], L"LP Wizard\\Printer");
     EXPECT_EQ(finish[kFinishTest][L"text"], L"No");
     Press(kFinish);
     AwaitPage(kNameEdit);
+    Shot(L"wizard-2-name-after-refusal");
 
     // The name mended, Finish now stops at the port.
     Type(kNameEdit, L"LP Wizard Printer");
