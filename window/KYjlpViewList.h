@@ -90,6 +90,8 @@ public:
 
 protected:
     LRESULT OnMessage(UINT msg, WPARAM w, LPARAM l) override;
+    // The right button's menu: the item's on a row, the list's elsewhere, with the printers.
+    void OnContextMenu(int x, int y);
     // The one place where the program asks the shell to start something.
     virtual BOOL CallShell(SHELLEXECUTEINFOW& info);
 

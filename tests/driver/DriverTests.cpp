@@ -302,7 +302,7 @@ TEST_F(DriverTest, UsageErrorsAndSystemFailuresHaveTheirOwnCodes) {
     EXPECT_DRIVER(Drive({L"screenshot", L"0x7FFFFFF0", L"x.bmp"}), 1);
     const DriverAnswer help = Drive({L"help"});
     EXPECT_DRIVER(help, 0);
-    EXPECT_EQ(help.Values(L"usage").size(), 26u);
+    EXPECT_EQ(help.Values(L"usage").size(), 27u);
 }
 
 TEST_F(DriverTest, ScreenshotWritesTheWindowAsABitmap) {

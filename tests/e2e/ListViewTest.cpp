@@ -249,6 +249,36 @@ TEST_F(ShellList, ActivatedRowStartsItsProgramOnceAndTheBarSaysSo) {
     EXPECT_EQ(RowsOf(rows, 27540).size(), 1u) << "came up: " << Numbers(rows);
 }
 
+// The right button: on the background the list's menu (its View submenu sets the
+// mode), on a row the row's menu (Open starts the program). The menus are worked
+// with the keys, as a user may.
+TEST_F(ShellList, TheContextMenuSetsTheViewAndOpensARow) {
+    const std::wstring record = m_work.path() + L"context-starts.txt";
+    SetEnvironmentVariableW(L"LP_TARGET_RECORD", record.c_str());
+    SetEnvironmentVariableW(L"LP_TARGET_LIFETIME_MS", L"300");
+    StartPanel();
+    SetEnvironmentVariableW(L"LP_TARGET_RECORD", nullptr);
+    SetEnvironmentVariableW(L"LP_TARGET_LIFETIME_MS", nullptr);
+    ASSERT_NE(List().Value(L"view"), L"1") << "the list starts in another mode than Details";
+
+    auto background = m_driver.Run({L"context", m_pid, L"-1", kLimit});
+    ASSERT_EQ(background.exitCode, 0u) << Narrow(background.Text());
+    // View, into its submenu, down to Details, chosen.
+    m_driver.Run({L"keys", background.Value(L"popup"), L"40,39,40,40,40,13"});
+    std::wstring view;
+    for (int look = 0; look < 50 && view != L"1"; ++look) {
+        view = m_driver.Run({L"listview", m_pid, kLimit}).Value(L"view");
+        if (view != L"1") Sleep(100);
+    }
+    EXPECT_EQ(view, L"1") << "Details, chosen in the list's menu";
+
+    auto row = m_driver.Run({L"context", m_pid, L"1", kLimit});  // Beta Tool
+    ASSERT_EQ(row.exitCode, 0u) << Narrow(row.Text());
+    m_driver.Run({L"keys", row.Value(L"popup"), L"40,13"});  // Open
+    for (int look = 0; look < 100 && !FileExists(record); ++look) Sleep(100);
+    EXPECT_EQ(StartsRecorded(record), 1) << "Open in the row's menu starts the row's program";
+}
+
 TEST_F(ShellList, HeaderClicksSortAndColumnsSurviveARestart) {
     StartPanel();
     ASSERT_EQ(List().exitCode, 0u);

@@ -25,6 +25,7 @@ int RunSelect(const Words& words, OutputWriter& out);
 int RunActivate(const Words& words, OutputWriter& out);
 int RunHeaderClick(const Words& words, OutputWriter& out);
 int RunDrag(const Words& words, OutputWriter& out);
+int RunContext(const Words& words, OutputWriter& out);
 int RunKeys(const Words& words, OutputWriter& out);
 int RunColumnWidth(const Words& words, OutputWriter& out);
 int RunColumnOrder(const Words& words, OutputWriter& out);

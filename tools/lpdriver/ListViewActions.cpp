@@ -149,6 +149,42 @@ int RunActivate(const Words& words, OutputWriter& out) {
     return kExitSuccess;
 }
 
+// The right button on a row (its label's middle) or, for row -1, on the list's
+// background near its lower right corner; then the popup menu the program shows.
+int RunContext(const Words& words, OutputWriter& out) {
+    const ArgumentList args(words, {{L"--window", true}, {L"--input", true}});
+    args.RequirePositional(3, 3);
+    const int row = args.Positional(1) == L"-1" ? -1 : ParseIndex(args.Positional(1), L"row");
+    const InputPath path = PathOf(args);
+    const RemoteListView list(AwaitList(args, 2, out));
+    POINT point{};
+    if (row >= 0) {
+        RequireRow(list, row);
+        ProcessWindows::Ask(list.Window(), LVM_ENSUREVISIBLE, row, FALSE);
+        point = Centre(list.ItemRect(row, LVIR_LABEL));
+    } else {
+        RECT client{};
+        ::GetClientRect(list.Window(), &client);
+        point = {client.right - 12, client.bottom - 12};
+    }
+    out.Raw(L"point", PointText(point));
+    const Deadline deadline(LimitOf(args, 2));
+    Mouse mouse(list.Window(), list.Window(), path, deadline);
+    mouse.RightClick(point);
+    PrintPath(mouse, out);
+    DWORD pid = 0;
+    ::GetWindowThreadProcessId(list.Window(), &pid);
+    HWND popup = nullptr;
+    while (!popup && !deadline.Passed()) {
+        for (HWND window : ProcessWindows::TopLevel(pid))
+            if (::IsWindowVisible(window) && ProcessWindows::ClassOf(window) == L"#32768") popup = window;
+        if (!popup) ::Sleep(50);
+    }
+    if (!popup) ThrowNotFound(L"no popup menu showed");
+    out.Window(L"popup", popup);
+    return kExitSuccess;
+}
+
 int RunHeaderClick(const Words& words, OutputWriter& out) {
     const ArgumentList args(words, {{L"--window", true}, {L"--input", true}});
     args.RequirePositional(3, 3);

@@ -92,6 +92,13 @@ void Mouse::DoubleClick(POINT point) {
     Press(screen, WM_LBUTTONUP, 0);
 }
 
+void Mouse::RightClick(POINT point) {
+    const POINT screen = ToScreen(point);
+    Prepare(screen);
+    Press(screen, WM_RBUTTONDOWN, MK_RBUTTON);
+    Press(screen, WM_RBUTTONUP, 0);
+}
+
 void Mouse::Drag(POINT from, POINT to) {
     const POINT screen = ToScreen(from);
     Prepare(screen);
@@ -143,6 +150,8 @@ void Mouse::Press(POINT screen, UINT message, WPARAM keys) {
     DWORD flags = 0;
     if (message == WM_LBUTTONDOWN || message == WM_LBUTTONDBLCLK) flags = MOUSEEVENTF_LEFTDOWN;
     else if (message == WM_LBUTTONUP) flags = MOUSEEVENTF_LEFTUP;
+    else if (message == WM_RBUTTONDOWN) flags = MOUSEEVENTF_RIGHTDOWN;
+    else if (message == WM_RBUTTONUP) flags = MOUSEEVENTF_RIGHTUP;
     if (!SendSystem(screen, flags)) ThrowWin32(L"SendInput");
 }
 

@@ -37,6 +37,8 @@ public:
     // Points are client points of the control.
     void Click(POINT point);
     void DoubleClick(POINT point);
+    // The right button pressed and let go there: the program's context menu.
+    void RightClick(POINT point);
     void Drag(POINT from, POINT to);
 
     // Posted path: whether the program handled every message before the limit.

@@ -36,6 +36,8 @@ constexpr CommandEntry kCommands[] = {
      L"activate <pid|any> [--window 0xhwnd] <row> [--keyboard] [--input auto|system|posted] <ms>"},
     {L"header-click", lpdriver::RunHeaderClick,
      L"header-click <pid|any> [--window 0xhwnd] <column> [--input auto|system|posted] <ms>"},
+    {L"context", lpdriver::RunContext,
+     L"context <pid|any> [--window 0xhwnd] <row|-1> [--input auto|system|posted] <ms>"},
     {L"drag", lpdriver::RunDrag,
      L"drag <pid|any> [--window 0xhwnd] <row> <x> <y> [--input auto|system|posted] <ms>"},
     {L"column-width", lpdriver::RunColumnWidth, L"column-width <pid|any> [--window 0xhwnd] <column> <width> <ms>"},
