@@ -49,7 +49,8 @@ bool KYjlpViewList::OnCmdMsg(UINT id, fw::CmdUI* ui) {
 void KYjlpViewList::OnViewModeCommand(UINT id) {
     const int mode = Classic() ? kLargeIcons : kModeOfCommand[id - kFirstMode];
     if (ViewModeOf() == mode) return;
-    if (mode == kDetails && !m_factsPresent) {
+    const bool factsArrive = mode == kDetails && !m_factsPresent;
+    if (factsArrive) {
         // File facts cost nothing until the user first looks at Details.
         if (auto* doc = dynamic_cast<KYjlpDoc*>(GetDocument()); doc && doc->Items()) {
             if (KYjlpApp* app = TheApp()) app->m_nItemFillMask = kCheckFacts;
@@ -66,6 +67,8 @@ void KYjlpViewList::OnViewModeCommand(UINT id) {
     KYjlpApp* app = TheApp();
     if (m_sort.iconsPlaced && app && app->m_pRegistrar) SaveItemPositions(*app->m_pRegistrar);
     SetViewMode(mode);
+    // Sizes and times came with the facts: a sort by them is made again now.
+    if (factsArrive) SortItems(nullptr);
     RestoreIconPlaces();
 }
 

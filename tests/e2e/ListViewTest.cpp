@@ -152,6 +152,9 @@ lpdriver::DriverAnswer WaitForNames(lpdriver::DriverClient& driver, const std::w
 }
 
 TEST_F(ShellList, FollowsACatalogueChangedWhileItRuns) {
+    // The Parameters column shows too, for the override below.
+    LP_SET_STRING(HKEY_CURRENT_USER, std::wstring(kPreferencesKey) + L"\\Settings\\Standard", L"LV_DtlsColIndices",
+                  L"5 7 8 4 3 6");
     StartPanel();
     ASSERT_EQ(List().exitCode, 0u);
     Command(kDetails);
@@ -176,6 +179,18 @@ TEST_F(ShellList, FollowsACatalogueChangedWhileItRuns) {
     if (canSelect) {
         EXPECT_EQ(list.Value(L"selected"), sent.Value(L"selected")) << "the selection survives";
     }
+
+    // An override for a group every user is in gives Delta its own parameters; the row follows it.
+    const std::wstring overrideKey = std::wstring(kCatalogueKey) + L"\\Delta\\Groups\\Everyone";
+    LP_SET_STRING(HKEY_LOCAL_MACHINE, overrideKey, L"CmdLineOptions", L"/from-the-group");
+    bool shown = false;
+    for (int look = 0; look < 50 && !shown; ++look) {
+        for (const auto& row : m_driver.Run({L"listview", m_pid, kLimit}).Cells(L"row"))
+            if (row.at(0) == L"Delta")
+                for (const auto& cell : row) shown = shown || cell == L"/from-the-group";
+        if (!shown) Sleep(100);
+    }
+    EXPECT_TRUE(shown) << "the group's override shows without restart";
     EXPECT_TRUE(ReadLogRows(m_logs->path()).empty()) << Numbers(ReadLogRows(m_logs->path()));
 }
 
