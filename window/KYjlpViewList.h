@@ -6,6 +6,7 @@
 #include <commctrl.h>
 #include <shellapi.h>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 #include "foundation/UniqueHandle.h"
@@ -92,6 +93,7 @@ protected:
     LRESULT OnMessage(UINT msg, WPARAM w, LPARAM l) override;
     // The right button's menu: the item's on a row, the list's elsewhere, with the printers.
     void OnContextMenu(int x, int y);
+    std::unordered_map<std::wstring, int> RowsByName(int rows) const;
     // The one place where the program asks the shell to start something.
     virtual BOOL CallShell(SHELLEXECUTEINFOW& info);
 

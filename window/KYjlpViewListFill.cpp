@@ -3,6 +3,7 @@
 // the four view modes and the style toggles.
 #include <new>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 #include "app/KYjlpApp.h"
@@ -12,6 +13,8 @@
 #include "framework/ResourceModule.h"
 #include "registrar/KYjutlRegistrar.h"
 #include "window/KYjlpViewList.h"
+
+#include <unordered_map>
 
 namespace {
 constexpr DWORD kDefaultStyle = 0x50000000;  // WS_CHILD | WS_VISIBLE, Large icons
@@ -151,6 +154,29 @@ bool KYjlpViewList::PopulateList(const KYjlpItemList* list, POSITION start, int 
     return true;
 }
 
+namespace {
+// Names match without regard to case, as the list's own search by text does.
+std::wstring FoldedName(const wchar_t* name) {
+    std::wstring folded = name ? name : L"";
+    if (!folded.empty()) ::CharLowerBuffW(folded.data(), static_cast<DWORD>(folded.size()));
+    return folded;
+}
+}  // namespace
+
+// The row of each name, the first where two rows share one: one pass over the
+// rows instead of a search of the list for every saved place.
+std::unordered_map<std::wstring, int> KYjlpViewList::RowsByName(int rows) const {
+    std::unordered_map<std::wstring, int> rowOfName;
+    rowOfName.reserve(static_cast<size_t>(rows));
+    std::vector<wchar_t> text(512, L'\0');
+    for (int row = 0; row < rows; ++row) {
+        text[0] = L'\0';
+        ListView_GetItemText(m_hwnd, row, 0, text.data(), static_cast<int>(text.size()));
+        rowOfName.emplace(FoldedName(text.data()), row);
+    }
+    return rowOfName;
+}
+
 // The icons go back to the places the user gave them, in the icon view that
 // stands; missing tells that an item has no saved place (it is new to the
 // user). Wine's list lays the icons out anew whenever it enters an icon view,
@@ -165,13 +191,12 @@ void KYjlpViewList::PlaceSavedIcons(const KYjutlRegistrar_PREFS& prefs, bool& mi
         return;
     }
     std::vector<bool> found(static_cast<size_t>(rows), false);
+    const std::unordered_map<std::wstring, int> rowOfName = RowsByName(rows);
     for (const KYjutlRegistrar_LVISP* place : *saved) {
         if (!place || !place->pszItemName) continue;
-        LVFINDINFOW find{};
-        find.flags = LVFI_STRING;
-        find.psz = place->pszItemName;
-        const int row = ListView_FindItem(m_hwnd, -1, &find);
-        if (row < 0 || row >= rows) continue;
+        const auto match = rowOfName.find(FoldedName(place->pszItemName));
+        if (match == rowOfName.end()) continue;
+        const int row = match->second;
         found[static_cast<size_t>(row)] = true;
         const POINT at = mode == kSmallIcons ? place->ptSmallIconView : place->ptIconView;
         if ((mode == kLargeIcons || mode == kSmallIcons) && at.x != kRegistrarUnknownCoordinate)
