@@ -3,6 +3,8 @@
 // items are added at the end, so that selection, focus, places and scroll
 // position survive. Icons are found only for items whose icon source changed.
 #include <cstdlib>
+#include <cwctype>
+#include <deque>
 #include <unordered_map>
 #include <utility>
 #include <unordered_set>
@@ -25,19 +27,53 @@ bool SameText(const wchar_t* a, const wchar_t* b) {
     return _wcsicmp(a, b) == 0;
 }
 
-// The first item of list with that name, and its place; blank names never match.
-POSITION FindByName(const KYjlpItemList& list, const wchar_t* name, int* place) {
-    if (IsBlankText(name)) return nullptr;
-    int at = 0;
-    for (POSITION pos = list.GetHeadPosition(); pos; ++at) {
-        POSITION here = pos;
-        const LV_TEXTLINE* item = list.GetNext(pos);
-        if (item && item->name && _wcsicmp(item->name, name) == 0) {
-            if (place) *place = at;
-            return here;
+// Names fold as the comparison of names does, so that one look-up finds what a
+// search of the list would.
+std::wstring FoldName(const wchar_t* name) {
+    std::wstring folded = name ? name : L"";
+    for (wchar_t& c : folded) c = static_cast<wchar_t>(towlower(c));
+    return folded;
+}
+
+// The items of a list by name, each name's items in list order: a refresh looks
+// names up once per item instead of searching the list each time.
+class NameIndex {
+public:
+    explicit NameIndex(const KYjlpItemList& list) {
+        for (POSITION pos = list.GetHeadPosition(); pos;) {
+            POSITION here = pos;
+            const LV_TEXTLINE* item = list.GetNext(pos);
+            if (item && item->name && !IsBlankText(item->name)) m_items[FoldName(item->name)].push_back(here);
         }
     }
-    return nullptr;
+    // The first item of that name still in the index; blank names never match.
+    POSITION Find(const wchar_t* name) const {
+        if (IsBlankText(name)) return nullptr;
+        const auto found = m_items.find(FoldName(name));
+        return found == m_items.end() || found->second.empty() ? nullptr : found->second.front();
+    }
+    // The first item of that name leaves the index (it was merged and freed).
+    void TakeFirst(const wchar_t* name) {
+        const auto found = m_items.find(FoldName(name));
+        if (found != m_items.end() && !found->second.empty()) found->second.pop_front();
+    }
+
+private:
+    std::unordered_map<std::wstring, std::deque<POSITION>> m_items;
+};
+
+// The row of each live item, by the position the row carries.
+std::unordered_map<const void*, int> RowsByPosition(HWND list) {
+    std::unordered_map<const void*, int> rows;
+    const int count = ListView_GetItemCount(list);
+    rows.reserve(static_cast<size_t>(count));
+    for (int row = 0; row < count; ++row) {
+        LVITEMW entry{};
+        entry.mask = LVIF_PARAM;
+        entry.iItem = row;
+        if (ListView_GetItem(list, &entry)) rows.emplace(reinterpret_cast<const void*>(entry.lParam), row);
+    }
+    return rows;
 }
 
 int FindRow(HWND list, POSITION pos) {
@@ -88,10 +124,11 @@ bool BuildFreshImages(Refresh& r) {
 
 void RemoveGoneItems(Refresh& r, bool& removed) {
     KYjlpItemList& live = *r.doc.Items();
+    const NameIndex freshNames(*r.fresh);
     for (POSITION pos = live.GetTailPosition(); pos;) {
         POSITION here = pos;
         LV_TEXTLINE* item = live.GetPrev(pos);
-        if (item && FindByName(*r.fresh, item->name, nullptr)) continue;
+        if (item && freshNames.Find(item->name)) continue;
         r.RedrawOff();
         const int row = FindRow(r.view.Handle(), here);
         if (row >= 0) ListView_DeleteItem(r.view.Handle(), row);
@@ -126,10 +163,11 @@ void Replace(wchar_t*& live, wchar_t*& fresh) {
 }
 
 // One item that stayed: its cells where they changed, its icons where their source did.
-void MergeItem(Refresh& r, POSITION livePos, POSITION freshPos) {
+void MergeItem(Refresh& r, POSITION livePos, POSITION freshPos, const std::unordered_map<const void*, int>& rows) {
     LV_TEXTLINE& item = *r.doc.Items()->GetAt(livePos);
     LV_TEXTLINE& fresh = *r.fresh->GetAt(freshPos);
-    const int row = FindRow(r.view.Handle(), livePos);
+    const auto found = rows.find(livePos);
+    const int row = found == rows.end() ? -1 : found->second;
     if (row < 0) throw 27109;
     const bool iconChanged = KYjlpDoc::IconKeyOf(item) != KYjlpDoc::IconKeyOf(fresh);
     MergeNumber(r, row, 24699, item.attributes, fresh.attributes, item);
@@ -169,12 +207,16 @@ namespace {
 // Every live item that is also in the new list takes its changes; the new list
 // then holds only the items that are new.
 void MergeItemChanges(Refresh& r) {
+    NameIndex freshNames(*r.fresh);
+    // Merging changes cells, never which row holds which item.
+    const std::unordered_map<const void*, int> rows = RowsByPosition(r.view.Handle());
     for (POSITION pos = r.doc.Items()->GetHeadPosition(); pos;) {
         POSITION here = pos;
         const LV_TEXTLINE* item = r.doc.Items()->GetNext(pos);
-        POSITION match = item ? FindByName(*r.fresh, item->name, nullptr) : nullptr;
+        POSITION match = item ? freshNames.Find(item->name) : nullptr;
         if (!match) continue;
-        MergeItem(r, here, match);
+        MergeItem(r, here, match, rows);
+        freshNames.TakeFirst(item->name);
         LV_TEXTLINE* used = r.fresh->GetAt(match);
         r.fresh->RemoveAt(match);
         KYjlpDoc::FreeItem(&used);
