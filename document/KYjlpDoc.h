@@ -10,6 +10,7 @@
 
 #include "document/KYjlpItemList.h"
 #include "document/LV_TEXTLINE.h"
+#include "document/TargetCheckMemo.h"
 #include "foundation/UniqueHandle.h"
 #include "framework/Document.h"
 
@@ -91,6 +92,9 @@ public:
     const wchar_t* HandlerPath() const { return m_wszHandler; }
 
 private:
+    bool CheckTargetFileNow(const wchar_t* path, DWORD* error, SHFILEINFOW* scratch, bool* isDocument);
+    // GetBinaryTypeW, or what it answered for that file earlier in this building.
+    bool BinaryTypeOf(const wchar_t* file, DWORD* type);
     bool PassAccessDenied(const wchar_t* path, bool* isDocument, DWORD* error);
     void CheckItemStartDirectory(const wchar_t* path, wchar_t** startDir);
     DWORD FindHandler(const wchar_t* path, const wchar_t* startDir);
@@ -108,4 +112,5 @@ private:
     ky::UniqueHImageList m_imlSmall;
     wchar_t m_wszHandler[MAX_PATH] = {};
     std::unique_ptr<KYjlpDlgVO> m_pDlgViewOptions;
+    TargetCheckMemo m_checks;
 };

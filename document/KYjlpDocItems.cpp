@@ -48,6 +48,12 @@ KYjlpItemList* KYjlpDoc::BuildItemList(ItemListPtr* out) {
         KYjutlRegistrar* registrar = TheApp() ? TheApp()->m_pRegistrar : nullptr;
         if (!registrar) throw 27728;
         if (!registrar->m_pAppList) throw 27270;
+        // The same file is checked once in a building; the memo goes when the building does.
+        struct MemoScope {
+            TargetCheckMemo& memo;
+            explicit MemoScope(TargetCheckMemo& m) : memo(m) { memo.Begin(); }
+            ~MemoScope() { memo.End(); }
+        } scope(m_checks);
         for (KYjutlRegistrar_FILE* record : *registrar->m_pAppList) {
             if (!record) throw 27258;
             LV_TEXTLINE* item = MakeItem(record);

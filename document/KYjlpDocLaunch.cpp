@@ -53,6 +53,36 @@ bool KYjlpDoc::CheckTargetQuiet(const wchar_t* path, DWORD* error) {
 }
 
 bool KYjlpDoc::CheckTargetFile(const wchar_t* path, DWORD* error, SHFILEINFOW* scratch, bool* isDocument) {
+    if (const TargetCheckMemo::TargetFile* kept = m_checks.FindTarget(path); kept && scratch) {
+        memset(scratch, 0, sizeof *scratch);
+        if (error) *error = kept->error;
+        if (isDocument) *isDocument = kept->isDocument;
+        return kept->passed;
+    }
+    DWORD found = 0;
+    bool document = false;
+    const bool passed = CheckTargetFileNow(path, &found, scratch, &document);
+    if (path && scratch) m_checks.KeepTarget(path, {passed, found, document});
+    if (error) *error = found;
+    if (isDocument) *isDocument = document;
+    return passed;
+}
+
+bool KYjlpDoc::BinaryTypeOf(const wchar_t* file, DWORD* type) {
+    if (const TargetCheckMemo::BinaryType* kept = m_checks.FindBinary(file)) {
+        *type = kept->type;
+        SetLastError(kept->error);
+        return kept->known;
+    }
+    SetLastError(0);
+    const bool known = GetBinaryTypeW(file, type) != FALSE;
+    const DWORD error = GetLastError();
+    m_checks.KeepBinary(file, {known, *type, error});
+    SetLastError(error);
+    return known;
+}
+
+bool KYjlpDoc::CheckTargetFileNow(const wchar_t* path, DWORD* error, SHFILEINFOW* scratch, bool* isDocument) {
     DWORD dummyError = 0;
     bool dummyDocument = false;
     if (!error) error = &dummyError;
@@ -219,8 +249,7 @@ bool KYjlpDoc::ValidateTarget(const wchar_t* path, SHFILEINFOW* scratch, wchar_t
         }
         if (mask & kCheckBinary) {
             DWORD type = 0;
-            SetLastError(0);
-            if (!GetBinaryTypeW(file, &type) || !IsGoodBinaryType(type)) {
+            if (!BinaryTypeOf(file, &type) || !IsGoodBinaryType(type)) {
                 report.Put(1, lpreport::CodeText(GetLastError()));
                 report.Put(2, lpreport::CodeText(type, 24643));
                 if (!*isDocument) throw 27578;

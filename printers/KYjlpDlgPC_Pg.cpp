@@ -113,11 +113,7 @@ bool KYjlpDlgPC_Pg::PruneTextList(DRIVER_LIST_ENTRY** head, int& count, const st
     } catch (int number) {
         RecordIfNormal(number);
     } catch (...) {
-        const DWORD error = ::GetLastError();
-        if (IsNormal()) {
-            RecordIfNormal(kPruneGeneral);
-            AddArgument(CodeLink(error));
-        }
+        RecordUnexpected(kPruneGeneral);
     }
     if (dropped) ReleaseTextList(&dropped);
     count = 0;
@@ -215,6 +211,16 @@ int KYjlpDlgPC_Pg::ShowPageMessage(UINT textId, const wchar_t* fallback, const w
     const HWND sheet = SheetHandle();
     const std::wstring caption = sheet ? WindowText(sheet) : std::wstring();
     return ::MessageBoxW(sheet ? sheet : m_hwnd, text.c_str(), caption.c_str(), style);
+}
+
+void KYjlpDlgPC_Pg::ShowInEdit(HWND edit, const std::wstring& text) {
+    m_bNoComplete = true;
+    ::SetWindowTextW(edit, text.c_str());
+}
+
+void KYjlpDlgPC_Pg::CopySelectionToEdit(HWND list, HWND edit) {
+    const LRESULT selected = list ? ::SendMessageW(list, LB_GETCURSEL, 0, 0) : LB_ERR;
+    if (selected >= 0) ShowInEdit(edit, ListItemText(list, static_cast<int>(selected)));
 }
 
 void KYjlpDlgPC_Pg::FocusWholeText(HWND edit) {

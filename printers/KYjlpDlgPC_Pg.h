@@ -64,6 +64,11 @@ protected:
     // A message box over the sheet with its caption; the text from the resource
     // library (printf-formatted with `argument` when given), else the fallback.
     int ShowPageMessage(UINT textId, const wchar_t* fallback, const wchar_t* argument, UINT style);
+    // A text the page puts into an edit box selects its item when it is one, and is
+    // never lengthened into another.
+    void ShowInEdit(HWND edit, const std::wstring& text);
+    // The list's selected item into the edit box.
+    void CopySelectionToEdit(HWND list, HWND edit);
     // The focus to the edit box, all its text selected and in view.
     static void FocusWholeText(HWND edit);
     // Left or Up on the first item of a list brings the user back to the edit box.

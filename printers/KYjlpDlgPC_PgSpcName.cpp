@@ -60,7 +60,7 @@ void KYjlpDlgPC_PgSpcName::DoDataExchange(fw::DataExchange& dx) {
     const LRESULT selected = list ? ::SendMessageW(list, LB_GETCURSEL, 0, 0) : LB_ERR;
     if (selected < 0) return;
     m_strCurName = ListItemText(list, static_cast<int>(selected));
-    ShowInEdit(m_strCurName);
+    ShowInEdit(NameEdit(), m_strCurName);
 }
 
 bool KYjlpDlgPC_PgSpcName::CommitToRecord(bool commit) {
@@ -142,11 +142,7 @@ int32_t KYjlpDlgPC_PgSpcName::LoadFromRecord(const CLIENT_PRINTER_INFO* record) 
         number = thrown;
         RecordIfNormal(thrown);
     } catch (...) {
-        const DWORD error = ::GetLastError();
-        if (IsNormal()) {
-            RecordIfNormal(kLoadGeneral);
-            AddArgument(CodeLink(error));
-        }
+        RecordUnexpected(kLoadGeneral);
     }
     if (SituationId() == kUnbound) AddSourceTail();
     RespondOrForget();
@@ -230,11 +226,7 @@ bool KYjlpDlgPC_PgSpcName::KeepUninstalledNames(DRIVER_LIST_ENTRY** head, int& c
     } catch (int number) {
         RecordIfNormal(number);
     } catch (...) {
-        const DWORD error = ::GetLastError();
-        if (IsNormal()) {
-            RecordIfNormal(kKeepGeneral);
-            AddArgument(CodeLink(error));
-        }
+        RecordUnexpected(kKeepGeneral);
     }
     count = 0;
     return false;
@@ -248,7 +240,7 @@ bool KYjlpDlgPC_PgSpcName::ResetPage() {
     m_bNoPortPage = false;
     m_bDefaultLocked = false;
     if (m_hwnd) {
-        if (IsLiveWindow(NameEdit())) ShowInEdit(std::wstring());
+        if (IsLiveWindow(NameEdit())) ShowInEdit(NameEdit(), std::wstring());
         if (HWND list = NameList(); HasItems(list)) ::SendMessageW(list, LB_RESETCONTENT, 0, 0);
     }
     return ReleaseTextList(&m_pNames);
@@ -294,7 +286,7 @@ void KYjlpDlgPC_PgSpcName::FocusDialogControl() { ::SetFocus(Item(m_bDefaultLock
 bool KYjlpDlgPC_PgSpcName::FillPageControls() {
     HWND edit = NameEdit(), check = Item(kDefaultCheck), list = NameList();
     if (!IsLiveWindow(edit) || !IsLiveWindow(check) || (g_bPrinterWizard && !IsLiveWindow(list))) return false;
-    ShowInEdit(m_strCurName);
+    ShowInEdit(NameEdit(), m_strCurName);
     if (g_bPrinterWizard && m_pNames) {
         ::SendMessageW(list, LB_RESETCONTENT, 0, 0);
         for (const DRIVER_LIST_ENTRY* entry = m_pNames; entry; entry = entry->pNext)
@@ -419,26 +411,13 @@ bool KYjlpDlgPC_PgSpcName::OnDialogMessage(UINT msg, WPARAM w, LPARAM l, LRESULT
 void KYjlpDlgPC_PgSpcName::OnEditChanged() { AutoCompleteEdit(NameEdit(), NameList()); }
 
 void KYjlpDlgPC_PgSpcName::OnListSelChange() {
-    CopySelectionToEdit();
+    CopySelectionToEdit(NameList(), NameEdit());
     OnPageContentChange();
 }
 
 void KYjlpDlgPC_PgSpcName::OnListActivate() {
-    CopySelectionToEdit();
+    CopySelectionToEdit(NameList(), NameEdit());
     ActivateForward();
-}
-
-void KYjlpDlgPC_PgSpcName::CopySelectionToEdit() {
-    HWND list = NameList();
-    const LRESULT selected = list ? ::SendMessageW(list, LB_GETCURSEL, 0, 0) : LB_ERR;
-    if (selected >= 0) ShowInEdit(ListItemText(list, static_cast<int>(selected)));
-}
-
-// The edit box tells of each change; a text that the page sets selects its item
-// when it is one, and is never lengthened into another.
-void KYjlpDlgPC_PgSpcName::ShowInEdit(const std::wstring& text) {
-    m_bNoComplete = true;
-    ::SetWindowTextW(NameEdit(), text.c_str());
 }
 
 KYjlpPrinterCfg& KYjlpDlgPC_PgSpcName::DialogEngine() {
@@ -469,11 +448,7 @@ void KYjlpDlgPC_PgSpcName::OnDeletePrinter() {
         number = thrown;
         RecordIfNormal(thrown);
     } catch (...) {
-        const DWORD error = ::GetLastError();
-        if (IsNormal()) {
-            RecordIfNormal(kDeleteGeneral);
-            AddArgument(CodeLink(error));
-        }
+        RecordUnexpected(kDeleteGeneral);
     }
     if ((number == kDeleteRefused || number == kQuestionNotShown) && SituationId() == number)
         AddArgument(NameOrBlank(m_strCurName));
@@ -513,11 +488,7 @@ void KYjlpDlgPC_PgSpcName::OnPrintTest() {
     } catch (int thrown) {
         RecordIfNormal(thrown);
     } catch (...) {
-        const DWORD error = ::GetLastError();
-        if (IsNormal()) {
-            RecordIfNormal(kTestGeneral);
-            AddArgument(CodeLink(error));
-        }
+        RecordUnexpected(kTestGeneral);
     }
     FinishFailedAction(kTestFailed, result);
 }

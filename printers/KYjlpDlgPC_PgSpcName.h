@@ -57,9 +57,6 @@ private:
     void TellNoName(bool asked);
     // The control that takes the focus in the dialog: the check box unless it is fixed.
     void FocusDialogControl();
-    void CopySelectionToEdit();
-    // Text that the page puts into the edit box is not completed from the list.
-    void ShowInEdit(const std::wstring& text);
     void OnDeletePrinter();
     void OnPrintTest();
     // The engine for an action of the dialog: 27613 in a wizard, 27615 unbound.

@@ -45,7 +45,7 @@ void KYjlpDlgPC_PgSpcPort::DoDataExchange(fw::DataExchange& dx) {
     const LRESULT selected = list ? ::SendMessageW(list, LB_GETCURSEL, 0, 0) : LB_ERR;
     if (selected < 0) return;
     m_strCurPort = ListItemText(list, static_cast<int>(selected));
-    ShowInEdit(m_strCurPort);
+    ShowInEdit(PortEdit(), m_strCurPort);
 }
 
 bool KYjlpDlgPC_PgSpcPort::CommitToRecord(bool commit) {
@@ -93,11 +93,7 @@ int32_t KYjlpDlgPC_PgSpcPort::LoadFromRecord(const CLIENT_PRINTER_INFO* record) 
     } catch (int number) {
         RecordIfNormal(number);
     } catch (...) {
-        const DWORD error = ::GetLastError();
-        if (IsNormal()) {
-            RecordIfNormal(kLoadGeneral);
-            AddArgument(CodeLink(error));
-        }
+        RecordUnexpected(kLoadGeneral);
     }
     if (SituationId() == kUnbound) AddSourceTail();
     RespondOrForget();
@@ -141,7 +137,7 @@ bool KYjlpDlgPC_PgSpcPort::ResetPage() {
     m_strPort.clear();
     m_strAddedPort.clear();
     if (m_hwnd) {
-        if (IsLiveWindow(PortEdit())) ShowInEdit(std::wstring());
+        if (IsLiveWindow(PortEdit())) ShowInEdit(PortEdit(), std::wstring());
         if (HWND list = PortList(); HasItems(list)) ::SendMessageW(list, LB_RESETCONTENT, 0, 0);
     }
     return ReleaseTextList(&m_pPorts);
@@ -163,7 +159,7 @@ bool KYjlpDlgPC_PgSpcPort::FillPageControls() {
     } else {
         ::ShowWindow(list, SW_HIDE);
     }
-    ShowInEdit(m_strPort);
+    ShowInEdit(PortEdit(), m_strPort);
     return true;
 }
 
@@ -251,24 +247,12 @@ bool KYjlpDlgPC_PgSpcPort::OnDialogMessage(UINT msg, WPARAM w, LPARAM l, LRESULT
 void KYjlpDlgPC_PgSpcPort::OnEditChanged() { AutoCompleteEdit(PortEdit(), PortList()); }
 
 void KYjlpDlgPC_PgSpcPort::OnListSelChange() {
-    CopySelectionToEdit();
+    CopySelectionToEdit(PortList(), PortEdit());
     OnPageContentChange();
 }
 
 void KYjlpDlgPC_PgSpcPort::OnListActivate() {
-    CopySelectionToEdit();
+    CopySelectionToEdit(PortList(), PortEdit());
     ActivateForward();
 }
 
-void KYjlpDlgPC_PgSpcPort::CopySelectionToEdit() {
-    HWND list = PortList();
-    const LRESULT selected = list ? ::SendMessageW(list, LB_GETCURSEL, 0, 0) : LB_ERR;
-    if (selected >= 0) ShowInEdit(ListItemText(list, static_cast<int>(selected)));
-}
-
-// The edit box tells of each change; a text that the page sets selects its item
-// when it is one, and is never lengthened into another.
-void KYjlpDlgPC_PgSpcPort::ShowInEdit(const std::wstring& text) {
-    m_bNoComplete = true;
-    ::SetWindowTextW(PortEdit(), text.c_str());
-}

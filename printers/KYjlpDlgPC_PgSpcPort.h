@@ -46,9 +46,6 @@ private:
     void TakeListedPort();
     // True when the port is one of the list's, or one the user has already confirmed.
     bool IsKnownPort() const;
-    void CopySelectionToEdit();
-    // Text that the page puts into the edit box is not completed from the list.
-    void ShowInEdit(const std::wstring& text);
 
     std::wstring m_strPort;
     std::wstring m_strAddedPort;

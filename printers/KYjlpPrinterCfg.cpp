@@ -77,11 +77,7 @@ bool KYjlpPrinterCfg::StartPrinters(bool report, int32_t limit) {
         } catch (int number) {
             RecordIfNormal(number);
         } catch (...) {
-            const DWORD error = ::GetLastError();
-            if (IsNormal()) {
-                RecordIfNormal(kBindFailed);
-                AddArgument(CodeLink(error));
-            }
+            RecordUnexpected(kBindFailed);
         }
         if (!m_bBound && !IsNormal()) {
             const int number = SituationId();
@@ -207,11 +203,7 @@ bool KYjlpPrinterCfg::RefreshPrinters(int32_t limit, bool reportRelease, bool re
     } catch (int number) {
         RecordIfNormal(number);
     } catch (...) {
-        const DWORD error = ::GetLastError();
-        if (IsNormal()) {
-            RecordIfNormal(kRefreshGeneral);
-            AddArgument(CodeLink(error));
-        }
+        RecordUnexpected(kRefreshGeneral);
     }
     const int number = SituationId();
     if (chain && !m_ppPrinters) DestroyPrinterChain(&chain, false);
@@ -251,11 +243,7 @@ bool KYjlpPrinterCfg::DestroyPrinterChain(CLIENT_PRINTER_INFO** head, bool repor
     } catch (int number) {
         RecordIfNormal(number);
     } catch (...) {
-        const DWORD error = ::GetLastError();
-        if (IsNormal()) {
-            RecordIfNormal(kChainGeneral);
-            AddArgument(CodeLink(error));
-        }
+        RecordUnexpected(kChainGeneral);
     }
     if (SituationId() == kUnbound) AddSourceTail();
     if (!report) return false;

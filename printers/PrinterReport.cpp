@@ -44,6 +44,17 @@ void RecordIfNormal(int number) noexcept {
     if (monitor && monitor->isSituationNormal() && number != 0) monitor->recordSituationID(number);
 }
 
+void RecordUnexpected(int general) noexcept {
+    const DWORD error = ::GetLastError();
+    if (!IsNormal()) return;
+    RecordIfNormal(general);
+    try {
+        AddArgument(CodeLink(error));
+    } catch (...) {
+        // The number alone still tells what failed.
+    }
+}
+
 void ThrowUnbound(int line) { ThrowAtLine(kUnbound, line); }
 
 void ThrowAtLine(int number, int line) {

@@ -23,6 +23,9 @@ bool IsNormal() noexcept;
 int SituationId() noexcept;
 // Records the number when no situation stands yet, so that the first cause is kept.
 void RecordIfNormal(int number) noexcept;
+// Anything unforeseen: the general number with the last error's link, unless a
+// situation already stands.
+void RecordUnexpected(int general) noexcept;
 // Records 27615 with the line and throws it; the file and date follow in the tail.
 [[noreturn]] void ThrowUnbound(int line);
 // Records the number with the line (27613, 27614, 27636) and throws it.
