@@ -5,7 +5,10 @@
 
 #include <cstdlib>
 #include <cwchar>
+#include <cwctype>
 #include <new>
+#include <string>
+#include <unordered_map>
 
 #include "registrar/RegistrarText.h"
 
@@ -119,13 +122,29 @@ void KYjutlRegistrar::CollectInstalledApps(HKEY installedApps, uint32_t& reached
     }
 }
 
+// A catalogue names few extensions: each one's type name is looked up in the class
+// registry once per reading, and the names found are shared by the records after.
 void KYjutlRegistrar::NameFileTypes() {
     wchar_t extension[256];
+    std::unordered_map<std::wstring, std::wstring> named;
     for (KYjutlRegistrar_FILE* record : *m_pAppList) {
         if (!record || !record->pszExePath) continue;
         registrar_text::CopyText(registrar_text::ExtensionOf(record->pszExePath), extension,
                                  std::size(extension));
-        if (!ObtainFileTypeName(extension, &record->pszFileType)) ClearErrors();
+        std::wstring key = extension;
+        for (wchar_t& c : key) c = static_cast<wchar_t>(towlower(c));
+        if (const auto found = named.find(key); found != named.end()) {
+            if (wchar_t* text = _wcsdup(found->second.c_str())) {
+                free(record->pszFileType);
+                record->pszFileType = text;
+                continue;
+            }
+        }
+        if (!ObtainFileTypeName(extension, &record->pszFileType)) {
+            ClearErrors();
+            continue;
+        }
+        if (record->pszFileType) named.emplace(std::move(key), record->pszFileType);
     }
 }
 
@@ -273,6 +292,16 @@ bool KYjutlRegistrar::ObtainOverride(HKEY appKey, const wchar_t* valueName, void
         ClearErrors();  // missing key, missing value, unreadable value: all a miss
         return false;
     };
+    // An application without subkeys has no overrides: its own value is the answer,
+    // without a look-up per user and group that could only miss.
+    DWORD subkeys = 0;
+    if (RegQueryInfoKeyW(appKey, nullptr, nullptr, nullptr, &subkeys, nullptr, nullptr, nullptr, nullptr, nullptr,
+                         nullptr, nullptr) == ERROR_SUCCESS &&
+        subkeys == 0) {
+        if (lookUp(nullptr)) return true;
+        size = 0;
+        return false;
+    }
     wchar_t subkey[kScratchChars];
     if (!m_strDomain.empty() && !m_strUser.empty() &&
         swprintf(subkey, kScratchChars, L"%ls%ls%ls%ls%ls", L"Users", L"\\", m_strDomain.c_str(),
