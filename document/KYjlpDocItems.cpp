@@ -183,8 +183,15 @@ bool KYjlpDoc::GatherFileFacts(LV_TEXTLINE** item) {
     try {
         if (!it) throw 27207;
         if (!it->path) throw 27211;
-        WIN32_FILE_ATTRIBUTE_DATA facts{};
-        if (GetFileAttributesExW(it->path, GetFileExInfoStandard, &facts)) {
+        TargetCheckMemo::FileFacts known{};
+        if (const TargetCheckMemo::FileFacts* kept = m_checks.FindFacts(it->path)) {
+            known = *kept;
+        } else {
+            known.known = GetFileAttributesExW(it->path, GetFileExInfoStandard, &known.data) != FALSE;
+            m_checks.KeepFacts(it->path, known);
+        }
+        const WIN32_FILE_ATTRIBUTE_DATA& facts = known.data;
+        if (known.known) {
             if (facts.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) throw 27210;
             it->attributes = static_cast<uint8_t>(facts.dwFileAttributes & 0xFF);
             it->accessed = UnixSeconds(facts.ftLastAccessTime);
@@ -218,6 +225,16 @@ bool KYjlpDoc::GatherFileFacts(LV_TEXTLINE** item) {
 bool KYjlpDoc::GatherListFacts(KYjlpItemList* list) {
     KYjlpApp* app = TheApp();
     if (!app || !(app->m_nItemFillMask & kCheckFacts) || !list || list->IsEmpty()) return false;
+    // Within one gathering a file's facts are asked once; a building already keeps them.
+    const bool ownScope = !m_checks.Active();
+    if (ownScope) m_checks.Begin();
+    struct EndScope {
+        TargetCheckMemo& memo;
+        bool own;
+        ~EndScope() {
+            if (own) memo.End();
+        }
+    } scope{m_checks, ownScope};
     for (POSITION pos = list->GetHeadPosition(); pos;) {
         LV_TEXTLINE*& item = list->GetNext(pos);
         if (!item || !item->name) continue;

@@ -21,17 +21,23 @@ public:
         DWORD type = 0;
         DWORD error = 0;
     };
+    struct FileFacts {
+        bool known = false;
+        WIN32_FILE_ATTRIBUTE_DATA data{};
+    };
 
     // Kept from Begin to End; a Begin while kept starts afresh.
     void Begin() {
         m_targets.clear();
         m_binaries.clear();
+        m_facts.clear();
         m_active = true;
     }
     void End() noexcept {
         m_active = false;
         m_targets.clear();
         m_binaries.clear();
+        m_facts.clear();
     }
     bool Active() const noexcept { return m_active; }
 
@@ -42,6 +48,11 @@ public:
     const BinaryType* FindBinary(const wchar_t* path) const { return Find(m_binaries, path); }
     void KeepBinary(const wchar_t* path, const BinaryType& found) {
         if (m_active) m_binaries[Key(path)] = found;
+    }
+
+    const FileFacts* FindFacts(const wchar_t* path) const { return Find(m_facts, path); }
+    void KeepFacts(const wchar_t* path, const FileFacts& found) {
+        if (m_active) m_facts[Key(path)] = found;
     }
 
 private:
@@ -61,4 +72,5 @@ private:
     bool m_active = false;
     std::unordered_map<std::wstring, TargetFile> m_targets;
     std::unordered_map<std::wstring, BinaryType> m_binaries;
+    std::unordered_map<std::wstring, FileFacts> m_facts;
 };

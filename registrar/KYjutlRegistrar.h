@@ -145,6 +145,7 @@ private:
     static bool TerminateText(wchar_t* buffer, DWORD bytes, DWORD capacity) noexcept;
 
     // Catalogue helpers.
+    int AppSubkeys(HKEY appKey);
     void ReadAppRecord(HKEY appKey, KYjutlRegistrar_FILE& record);
     bool ObtainAppText(HKEY appKey, const wchar_t* subkey, const wchar_t* valueName);
     // ObtainAppValue, telling the override chain how the close of the subkey went.
@@ -210,6 +211,9 @@ private:
     // Scratch block: shared work buffers, nothing in them survives an operation.
     FILETIME m_ftScratch = {};
     DWORD m_dwScratch1 = 0;
+    // The subkeys of the application key being read, -1 when not known: asked once
+    // per application, so that its three override chains need not ask again.
+    int m_nAppSubkeys = -1;
     DWORD m_dwScratch2 = 0;
     wchar_t m_wszA[kScratchChars] = {};
     wchar_t m_wszB[kScratchChars] = {};

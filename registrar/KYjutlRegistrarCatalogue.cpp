@@ -183,7 +183,22 @@ KYjutlRegistrar_FILE* KYjutlRegistrar::ObtainInstalledApp(HKEY installedApps, ui
     return record;
 }
 
+int KYjutlRegistrar::AppSubkeys(HKEY appKey) {
+    if (m_nAppSubkeys >= 0) return m_nAppSubkeys;
+    DWORD subkeys = 0;
+    if (RegQueryInfoKeyW(appKey, nullptr, nullptr, nullptr, &subkeys, nullptr, nullptr, nullptr, nullptr, nullptr,
+                         nullptr, nullptr) != ERROR_SUCCESS)
+        return -1;
+    return static_cast<int>(subkeys);
+}
+
 void KYjutlRegistrar::ReadAppRecord(HKEY appKey, KYjutlRegistrar_FILE& record) {
+    m_nAppSubkeys = -1;
+    m_nAppSubkeys = AppSubkeys(appKey);
+    struct Forget {
+        int& subkeys;
+        ~Forget() { subkeys = -1; }
+    } forget{m_nAppSubkeys};
     // A failed read of a required or present value replaces the look-up's own number;
     // its Win32 code stays in the detail.
     if (!ObtainAppText(appKey, nullptr, L"ExePath")) {
@@ -294,10 +309,7 @@ bool KYjutlRegistrar::ObtainOverride(HKEY appKey, const wchar_t* valueName, void
     };
     // An application without subkeys has no overrides: its own value is the answer,
     // without a look-up per user and group that could only miss.
-    DWORD subkeys = 0;
-    if (RegQueryInfoKeyW(appKey, nullptr, nullptr, nullptr, &subkeys, nullptr, nullptr, nullptr, nullptr, nullptr,
-                         nullptr, nullptr) == ERROR_SUCCESS &&
-        subkeys == 0) {
+    if (AppSubkeys(appKey) == 0) {
         if (lookUp(nullptr)) return true;
         size = 0;
         return false;
