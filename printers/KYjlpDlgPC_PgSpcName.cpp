@@ -281,7 +281,13 @@ bool KYjlpDlgPC_PgSpcName::OnSetActive() {
     return true;
 }
 
-void KYjlpDlgPC_PgSpcName::FocusDialogControl() { ::SetFocus(Item(m_bDefaultLocked ? kPreferencesButton : kDefaultCheck)); }
+// The sheet gives the focus to the page's first control after the page's own
+// activation; the page's choice is posted so that it comes last and stands.
+void KYjlpDlgPC_PgSpcName::FocusDialogControl() {
+    HWND control = Item(m_bDefaultLocked ? kPreferencesButton : kDefaultCheck);
+    ::SetFocus(control);
+    if (m_hwnd && control) ::PostMessageW(m_hwnd, WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(control), TRUE);
+}
 
 bool KYjlpDlgPC_PgSpcName::FillPageControls() {
     HWND edit = NameEdit(), check = Item(kDefaultCheck), list = NameList();
