@@ -84,6 +84,15 @@ void KYjlpViewList::RefreshRowTexts() {
     if (!doc || !doc->Items()) return;
     wchar_t cell[260];
     const int rows = GetItemCount();
+    // Every cell changes at once: the list is drawn once, after the last.
+    ::SendMessageW(m_hwnd, WM_SETREDRAW, FALSE, 0);
+    struct RedrawAgain {
+        HWND list;
+        ~RedrawAgain() {
+            ::SendMessageW(list, WM_SETREDRAW, TRUE, 0);
+            ::InvalidateRect(list, nullptr, TRUE);
+        }
+    } redraw{m_hwnd};
     for (int row = 0; row < rows; ++row) {
         POSITION pos = RowPosition(row);
         const LV_TEXTLINE* item = pos ? doc->Items()->GetAt(pos) : nullptr;

@@ -290,7 +290,8 @@ TEST_F(ShellList, TheContextMenuSetsTheViewAndOpensARow) {
     auto row = m_driver.Run({L"context", m_pid, L"1", kLimit});  // Beta Tool
     ASSERT_EQ(row.exitCode, 0u) << Narrow(row.Text());
     m_driver.Run({L"keys", row.Value(L"popup"), L"40,13"});  // Open
-    for (int look = 0; look < 100 && !FileExists(record); ++look) Sleep(100);
+    // The target makes its record file first and writes it a moment later.
+    for (int look = 0; look < 100 && StartsRecorded(record) == 0; ++look) Sleep(100);
     EXPECT_EQ(StartsRecorded(record), 1) << "Open in the row's menu starts the row's program";
 }
 
