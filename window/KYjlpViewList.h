@@ -93,6 +93,7 @@ protected:
     LRESULT OnMessage(UINT msg, WPARAM w, LPARAM l) override;
     // The right button's menu: the item's on a row, the list's elsewhere, with the printers.
     void OnContextMenu(int x, int y);
+    bool OnEraseBkgnd(HDC dc);
     std::unordered_map<std::wstring, int> RowsByName(int rows) const;
     // The one place where the program asks the shell to start something.
     virtual BOOL CallShell(SHELLEXECUTEINFOW& info);

@@ -205,6 +205,7 @@ bool KYjlpViewList::OnReflectedNotify(NMHDR& header, LRESULT& result) {
 
 LRESULT KYjlpViewList::OnMessage(UINT msg, WPARAM w, LPARAM l) {
     if (msg == WM_CONTEXTMENU) OnContextMenu(static_cast<short>(LOWORD(l)), static_cast<short>(HIWORD(l)));
+    if (msg == WM_ERASEBKGND && OnEraseBkgnd(reinterpret_cast<HDC>(w))) return TRUE;
     if (msg == WM_KEYDOWN && w == VK_RETURN) {
         OnOpenSelection();
         return 0;
