@@ -90,7 +90,9 @@ bool KYjlpApp::RunAuxPass(const wchar_t* listKey, HKEY hive, DWORD major) {
         if (m_bStandalone) throw 27081;
         if (!hive || IsBlank(listKey)) throw 27080;
         ky::UniqueHKey list;
-        LONG error = RegOpenKeyExW(hive, listKey, 0, kReadMask, list.put());
+        // Both lists are the server's, kept for the machine; the pass's hive only
+        // says whose Run key gives the commands.
+        LONG error = RegOpenKeyExW(HKEY_LOCAL_MACHINE, listKey, 0, kReadMask, list.put());
         if (error == ERROR_FILE_NOT_FOUND) throw 0;
         if (error != ERROR_SUCCESS) {
             ReportAux(27087, {listKey}, static_cast<DWORD>(error));

@@ -41,17 +41,14 @@ HtmlHelpProc Bind() {
     if (g_binding.attempted) return g_binding.entry;
     g_binding.attempted = true;
     const std::string registered = RegisteredControlPath();
-    HMODULE module = registered.empty() ? nullptr : LoadLibraryA(registered.c_str());
-    if (!module) module = LoadLibraryA("hhctrl.ocx");
+    ky::UniqueHModule module(registered.empty() ? nullptr : LoadLibraryA(registered.c_str()));
+    if (!module) module.reset(LoadLibraryA("hhctrl.ocx"));
     if (!module) return nullptr;
-    // The control stays loaded for the rest of the process: its windows live on it.
     auto entry = reinterpret_cast<HtmlHelpProc>(
-        reinterpret_cast<void*>(GetProcAddress(module, MAKEINTRESOURCEA(kHtmlHelpOrdinal))));
-    if (!entry) {
-        FreeLibrary(module);
-        return nullptr;
-    }
-    g_binding.module = module;
+        reinterpret_cast<void*>(GetProcAddress(module.get(), MAKEINTRESOURCEA(kHtmlHelpOrdinal))));
+    if (!entry) return nullptr;
+    // Bound: the control stays loaded for the rest of the process, its windows live on it.
+    g_binding.module = module.release();
     g_binding.entry = entry;
     return entry;
 }

@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "app/GroupNames.h"
+#include "foundation/UniqueHandle.h"
 #include "tests/launch/LogRows.h"
 #include "tests/support/TestSupport.h"
 #include "tools/lpdriver/client/DriverClient.h"
@@ -237,9 +238,11 @@ TEST_F(PanelDialogs, AboutTellsWhatTheProgramIsAndWhoRunsIt) {
 
     std::vector<std::wstring> groups;
     bool admin = false;
-    HMODULE texts = LoadLibraryExW((BinDir() + L"lp.dll").c_str(), nullptr, LOAD_LIBRARY_AS_DATAFILE);
-    ASSERT_EQ(ObtainGroupNames(texts, groups, admin), 0);
-    FreeLibrary(texts);
+    {
+        ky::UniqueHModule texts(LoadLibraryExW((BinDir() + L"lp.dll").c_str(), nullptr, LOAD_LIBRARY_AS_DATAFILE));
+        ASSERT_TRUE(texts);
+        ASSERT_EQ(ObtainGroupNames(texts.get(), groups, admin), 0);
+    }
     ASSERT_FALSE(groups.empty());
     std::vector<std::wstring> expected;
     for (std::wstring group : groups) {

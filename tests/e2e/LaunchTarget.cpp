@@ -1,5 +1,6 @@
 // The program the launch tests start: it appends what it was given (arguments,
-// working directory, show state) and its process id to the file named by
+// working directory, show state), its process id and the time its process was
+// made (100 ns units, to order several starts) to the file named by
 // LP_TARGET_RECORD (else by its first argument), waits LP_TARGET_IDLE_DELAY_MS,
 // and for the event named by LP_TARGET_IDLE_EVENT when there is one, before it
 // first waits for input, and ends LP_TARGET_LIFETIME_MS later. Built as a
@@ -48,10 +49,14 @@ void Record() {
     startup.cb = sizeof startup;
     GetStartupInfoW(&startup);
     int show = (startup.dwFlags & STARTF_USESHOWWINDOW) ? startup.wShowWindow : -1;
+    FILETIME created{}, exited{}, kernel{}, user{};
+    GetProcessTimes(GetCurrentProcess(), &created, &exited, &kernel, &user);
+    const unsigned long long made = (static_cast<unsigned long long>(created.dwHighDateTime) << 32) |
+                                    created.dwLowDateTime;
     FILE* out = _wfopen(file, L"a, ccs=UTF-8");
     if (!out) return;
-    fwprintf(out, L"program=%ls\nargs=%ls\ndir=%ls\nshow=%d\npid=%lu\nend\n", module, arguments.c_str(),
-             directory, show, GetCurrentProcessId());
+    fwprintf(out, L"program=%ls\nargs=%ls\ndir=%ls\nshow=%d\npid=%lu\nmade=%llu\nend\n", module,
+             arguments.c_str(), directory, show, GetCurrentProcessId(), made);
     fclose(out);
 }
 

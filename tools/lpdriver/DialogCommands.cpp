@@ -5,7 +5,6 @@
 #include "tools/lpdriver/DialogReader.h"
 #include "tools/lpdriver/DriverFailure.h"
 #include "tools/lpdriver/ProcessWindows.h"
-#include "tools/lpdriver/WindowWait.h"
 
 namespace lpdriver {
 
@@ -18,23 +17,10 @@ void PrintButtons(const std::vector<DialogButton>& buttons, OutputWriter& out) {
                     {L"enabled", button.enabled ? L"1" : L"0"}});
 }
 
-HWND AwaitDialog(const ArgumentList& args, DWORD processId, DWORD limit, OutputWriter& out) {
-    const auto caption = args.Value(L"--title");
-    WindowWait wait(processId, limit);
-    return wait.Until([&] { return DialogReader::FindVisible(processId, caption); },
-                      L"the dialog", out);
-}
-
 }  // namespace
 
 int RunMessageBox(const Words& words, OutputWriter& out) {
-    const ArgumentList args(words, {{L"--title", true}});
-    args.RequirePositional(2, 2);
-    const DWORD processId = ProcessWindows::ParseProcessId(args.Positional(0));
-    const DWORD limit = ArgumentList::ParseDword(args.Positional(1), L"time limit");
-    const HWND dialog = AwaitDialog(args, processId, limit, out);
-    out.Window(L"hwnd", dialog);
-    out.Field(L"caption", ProcessWindows::TextOf(dialog));
+    const HWND dialog = DialogReader::AwaitNamed(words, out);
     out.Field(L"text", DialogReader::MessageText(dialog));
     PrintButtons(DialogReader::Buttons(dialog), out);
     return kExitSuccess;
@@ -46,7 +32,7 @@ int RunPress(const Words& words, OutputWriter& out) {
     const DWORD processId = ProcessWindows::ParseProcessId(args.Positional(0));
     const std::wstring& wanted = args.Positional(1);
     const DWORD limit = ArgumentList::ParseDword(args.Positional(2), L"time limit");
-    const HWND dialog = AwaitDialog(args, processId, limit, out);
+    const HWND dialog = DialogReader::Await(processId, args.Value(L"--title"), limit, out);
     out.Window(L"hwnd", dialog);
     const std::vector<DialogButton> buttons = DialogReader::Buttons(dialog);
     const auto button = DialogReader::Choose(buttons, wanted);

@@ -17,12 +17,6 @@ namespace {
 // The colour dialog's fields of red, green and blue.
 constexpr int kRedField = 706, kGreenField = 707, kBlueField = 708;
 
-HWND AwaitDialog(const ArgumentList& args, DWORD processId, DWORD limit, OutputWriter& out) {
-    const auto caption = args.Value(L"--title");
-    WindowWait wait(processId, limit);
-    return wait.Until([&] { return DialogReader::FindVisible(processId, caption); }, L"the dialog", out);
-}
-
 // The control named on the command line, waited for with its dialog; a control of
 // a property sheet's page counts as the sheet's.
 DialogControl AwaitControl(const ArgumentList& args, DWORD processId, const std::wstring& word, DWORD limit,
@@ -68,13 +62,7 @@ HWND FindColorDialog(DWORD processId) {
 }  // namespace
 
 int RunDialog(const Words& words, OutputWriter& out) {
-    const ArgumentList args(words, {{L"--title", true}});
-    args.RequirePositional(2, 2);
-    const DWORD processId = ProcessWindows::ParseProcessId(args.Positional(0));
-    const DWORD limit = ArgumentList::ParseDword(args.Positional(1), L"time limit");
-    const HWND dialog = AwaitDialog(args, processId, limit, out);
-    out.Window(L"hwnd", dialog);
-    out.Field(L"caption", ProcessWindows::TextOf(dialog));
+    const HWND dialog = DialogReader::AwaitNamed(words, out);
     for (HWND child : ProcessWindows::Descendants(dialog)) {
         const WindowFacts facts = ProcessWindows::Describe(child);
         const bool check = IsCheckBox(child);

@@ -1,4 +1,5 @@
 #include "tools/lpdriver/DialogReader.h"
+#include "tools/lpdriver/ArgumentList.h"
 #include "tools/lpdriver/DriverFailure.h"
 #include "tools/lpdriver/ProcessWindows.h"
 #include "tools/lpdriver/WindowWait.h"
@@ -76,6 +77,23 @@ HWND DialogReader::Control(HWND dialog, int id) {
         if (hidden == nullptr) hidden = child;
     }
     return hidden;
+}
+
+HWND DialogReader::Await(DWORD processId, const std::optional<std::wstring>& caption, DWORD limitMs,
+                         OutputWriter& out) {
+    WindowWait wait(processId, limitMs);
+    return wait.Until([&] { return FindVisible(processId, caption); }, L"the dialog", out);
+}
+
+HWND DialogReader::AwaitNamed(const std::vector<std::wstring>& words, OutputWriter& out) {
+    const ArgumentList args(words, {{L"--title", true}});
+    args.RequirePositional(2, 2);
+    const DWORD processId = ProcessWindows::ParseProcessId(args.Positional(0));
+    const DWORD limit = ArgumentList::ParseDword(args.Positional(1), L"time limit");
+    const HWND dialog = Await(processId, args.Value(L"--title"), limit, out);
+    out.Window(L"hwnd", dialog);
+    out.Field(L"caption", ProcessWindows::TextOf(dialog));
+    return dialog;
 }
 
 DialogControl DialogReader::AwaitControl(DWORD processId, const std::optional<std::wstring>& caption, int id,

@@ -45,6 +45,13 @@ public:
     // property sheet included (each page a child dialog); where pages repeat an id, a
     // visible control before a hidden one. Null when there is none.
     static HWND Control(HWND dialog, int id);
+    // Waits up to the limit for the dialog (FindVisible); on time-out prints timeout=1
+    // and fails as "not found".
+    static HWND Await(DWORD processId, const std::optional<std::wstring>& caption, DWORD limitMs,
+                      OutputWriter& out);
+    // The head of the commands that read a dialog, `<pid|any> [--title T] <ms>`: the
+    // dialog waited for, its `hwnd=` and `caption=` printed.
+    static HWND AwaitNamed(const std::vector<std::wstring>& words, OutputWriter& out);
     // Waits up to the limit for the dialog (FindVisible) and the control in it; on
     // time-out prints timeout=1 and fails as "not found".
     static DialogControl AwaitControl(DWORD processId, const std::optional<std::wstring>& caption, int id,
