@@ -75,6 +75,29 @@ TEST_F(InSession, TellsTheLogonManagerKeepsNoLogFileAndHandsOnTheClientsFacts) {
     EXPECT_NE(bar.Text().find(L"CLIENT-7"), std::wstring::npos) << "the second pane names the client";
 }
 
+// How many processes loaded the skin library stand-in, by its record.
+int SkinLoads(const std::wstring& record) {
+    const std::string text = ReadFile(record);
+    int count = 0;
+    for (size_t at = text.find("loaded="); at != std::string::npos; at = text.find("loaded=", at + 1)) ++count;
+    return count;
+}
+
+TEST_F(InSession, TheSkinLibraryIsLoadedInShellUseAndNotInLaunchUse) {
+    TempDir work;
+    const std::wstring record = work.path() + L"face.txt";
+    SetEnvironmentVariableW(L"LP_FACE_RECORD", record.c_str());
+    SetEnvironmentVariableW(L"LP_TARGET_LIFETIME_MS", L"300");
+    auto launched = m_driver.Run({L"start", BinDir() + L"LaunchPanel.exe", L"--wait", L"30000", L"--", L"/launch",
+                                  L"Beta Tool"});
+    EXPECT_EQ(launched.Value(L"exit"), L"0") << Narrow(launched.Text());
+    EXPECT_EQ(SkinLoads(record), 0) << "launch use shows no window to skin";
+    StartPanel();
+    SetEnvironmentVariableW(L"LP_FACE_RECORD", nullptr);
+    SetEnvironmentVariableW(L"LP_TARGET_LIFETIME_MS", nullptr);
+    EXPECT_EQ(SkinLoads(record), 1) << "shell use loads the skin library once";
+}
+
 TEST_F(InSession, TheCloseOptionDecidesWhatTheCloseBoxDoes) {
     SetUnattended(false);
     struct Case {
