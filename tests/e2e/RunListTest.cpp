@@ -194,6 +194,24 @@ TEST_F(RunLists, AProgramThatIsNotThereDoesNotStopTheOthers) {
     EXPECT_EQ(StartCount(after), 1u);
 }
 
+// Launch use in a session carries out the lists too, once, before its own program.
+TEST_F(RunLists, LaunchUseInASessionStartsTheListsOnce) {
+    const std::wstring user = Name(L"User1"), machine = Name(L"Machine1");
+    List(kUserList, user);
+    List(kMachineList, machine);
+    TargetCommand(HKEY_CURRENT_USER, user);
+    TargetCommand(HKEY_LOCAL_MACHINE, machine);
+    SetEnvironmentVariableW(L"LP_TARGET_LIFETIME_MS", L"300");
+    auto launched = m_driver.Run({L"start", BinDir() + L"LaunchPanel.exe", L"--wait", L"30000", L"--", L"/launch",
+                                  L"Beta Tool"});
+    SetEnvironmentVariableW(L"LP_TARGET_LIFETIME_MS", nullptr);
+    EXPECT_EQ(launched.Value(L"exit"), L"0") << Narrow(launched.Text());
+    EXPECT_TRUE(AwaitStarts({user, machine})) << "launch use left the lists out";
+    Sleep(1000);  // time for a second start that must not come
+    EXPECT_EQ(StartCount(user), 1u);
+    EXPECT_EQ(StartCount(machine), 1u);
+}
+
 TEST_F(RunLists, NothingStartsOutsideASession) {
     ASSERT_TRUE(m_device.SetInSession(false));
     const std::wstring user = Name(L"User1"), machine = Name(L"Machine1");
