@@ -42,13 +42,6 @@ protected:
         if (!arguments.empty()) words.push_back(L"--");
         words.insert(words.end(), arguments.begin(), arguments.end());
         auto started = m_driver.Run(words);
-        // Wine's process creation now and then refuses with ERROR_INTERNAL_ERROR
-        // (1359) before the program runs at all; that start is made once more.
-        if (started.exitCode != 0 && started.Text().find(L"Win32 error 1359") != std::wstring::npos) {
-            RecordProperty("wine_start_retried", 1);
-            Sleep(1000);
-            started = m_driver.Run(words);
-        }
         ASSERT_EQ(started.exitCode, 0u) << Narrow(started.Text());
         m_pid = started.Value(L"pid");
         auto list = m_driver.Run({L"listview", m_pid, L"--min-rows", L"2", kFrameLimit});

@@ -57,9 +57,16 @@ int RunStart(const Words& words, OutputWriter& out) {
     startup.cb = sizeof startup;
     startup.dwFlags = STARTF_USESTDHANDLES;
     PROCESS_INFORMATION info{};
-    if (!::CreateProcessW(nullptr, line.data(), nullptr, nullptr, FALSE, 0, nullptr,
-                          directory ? directory->c_str() : nullptr, &startup, &info))
-        ThrowWin32(L"CreateProcessW of " + args.Positional(0));
+    // Wine now and then refuses a process with ERROR_INTERNAL_ERROR before it runs
+    // anything; such a start is made once more, after a moment.
+    bool made = false;
+    for (int attempt = 0; attempt < 2 && !made; ++attempt) {
+        if (attempt > 0) ::Sleep(500);
+        made = ::CreateProcessW(nullptr, line.data(), nullptr, nullptr, FALSE, 0, nullptr,
+                                directory ? directory->c_str() : nullptr, &startup, &info) != FALSE;
+        if (!made && ::GetLastError() != ERROR_INTERNAL_ERROR) break;
+    }
+    if (!made) ThrowWin32(L"CreateProcessW of " + args.Positional(0));
     const ky::UniqueHandle process(info.hProcess);
     const ky::UniqueHandle thread(info.hThread);
     out.Number(L"pid", info.dwProcessId);

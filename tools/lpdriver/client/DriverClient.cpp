@@ -148,9 +148,16 @@ DriverAnswer DriverClient::Run(const std::vector<std::wstring>& arguments, DWORD
     startup.dwFlags = STARTF_USESTDHANDLES;
     startup.hStdOutput = writeEnd.get();
     PROCESS_INFORMATION info{};
-    if (!::CreateProcessW(m_path.c_str(), line.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr,
-                          &startup, &info))
-        return answer;
+    // Wine now and then refuses a process with ERROR_INTERNAL_ERROR before it runs
+    // anything; the driver is then started once more, after a moment.
+    bool made = false;
+    for (int attempt = 0; attempt < 2 && !made; ++attempt) {
+        if (attempt > 0) ::Sleep(500);
+        made = ::CreateProcessW(m_path.c_str(), line.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr,
+                                &startup, &info) != FALSE;
+        if (!made && ::GetLastError() != ERROR_INTERNAL_ERROR) break;
+    }
+    if (!made) return answer;
     const ky::UniqueHandle process(info.hProcess), thread(info.hThread);
     writeEnd.reset();  // the pipe ends when the driver's copy closes
     answer.started = true;
