@@ -3,7 +3,6 @@
 // items are added at the end, so that selection, focus, places and scroll
 // position survive. Icons are found only for items whose icon source changed.
 #include <cstdlib>
-#include <cwctype>
 #include <deque>
 #include <unordered_map>
 #include <utility>
@@ -12,6 +11,7 @@
 
 #include "app/KYjlpApp.h"
 #include "document/KYjlpDoc.h"
+#include "foundation/FoldCase.h"
 #include "foundation/KYstdPgmStat.h"
 #include "registrar/KYjutlRegistrar.h"
 #include "window/KYjlpViewList.h"
@@ -27,14 +27,6 @@ bool SameText(const wchar_t* a, const wchar_t* b) {
     return _wcsicmp(a, b) == 0;
 }
 
-// Names fold as the comparison of names does, so that one look-up finds what a
-// search of the list would.
-std::wstring FoldName(const wchar_t* name) {
-    std::wstring folded = name ? name : L"";
-    for (wchar_t& c : folded) c = static_cast<wchar_t>(towlower(c));
-    return folded;
-}
-
 // The items of a list by name, each name's items in list order: a refresh looks
 // names up once per item instead of searching the list each time.
 class NameIndex {
@@ -43,18 +35,18 @@ public:
         for (POSITION pos = list.GetHeadPosition(); pos;) {
             POSITION here = pos;
             const LV_TEXTLINE* item = list.GetNext(pos);
-            if (item && item->name && !IsBlankText(item->name)) m_items[FoldName(item->name)].push_back(here);
+            if (item && item->name && !IsBlankText(item->name)) m_items[ky::FoldCase(item->name)].push_back(here);
         }
     }
     // The first item of that name still in the index; blank names never match.
     POSITION Find(const wchar_t* name) const {
         if (IsBlankText(name)) return nullptr;
-        const auto found = m_items.find(FoldName(name));
+        const auto found = m_items.find(ky::FoldCase(name));
         return found == m_items.end() || found->second.empty() ? nullptr : found->second.front();
     }
     // The first item of that name leaves the index (it was merged and freed).
     void TakeFirst(const wchar_t* name) {
-        const auto found = m_items.find(FoldName(name));
+        const auto found = m_items.find(ky::FoldCase(name));
         if (found != m_items.end() && !found->second.empty()) found->second.pop_front();
     }
 

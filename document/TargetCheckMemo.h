@@ -5,9 +5,10 @@
 #pragma once
 #include <windows.h>
 
-#include <cwctype>
 #include <string>
 #include <unordered_map>
+
+#include "foundation/FoldCase.h"
 
 class TargetCheckMemo {
 public:
@@ -57,11 +58,7 @@ public:
 
 private:
     // File names compare without regard to case.
-    static std::wstring Key(const wchar_t* path) {
-        std::wstring key = path ? path : L"";
-        for (wchar_t& c : key) c = static_cast<wchar_t>(std::towlower(c));
-        return key;
-    }
+    static std::wstring Key(const wchar_t* path) { return ky::FoldCase(path); }
     template <typename T>
     const T* Find(const std::unordered_map<std::wstring, T>& kept, const wchar_t* path) const {
         if (!m_active || !path) return nullptr;

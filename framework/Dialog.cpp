@@ -202,18 +202,22 @@ INT_PTR Dialog::Dispatch(UINT msg, WPARAM w, LPARAM l) {
 
 INT_PTR CALLBACK Dialog::StaticProc(HWND hwnd, UINT msg, WPARAM w, LPARAM l) noexcept {
     auto* self = reinterpret_cast<Dialog*>(::GetWindowLongPtrW(hwnd, DWLP_USER));
-    if (!self && msg == WM_INITDIALOG) {
-        self = reinterpret_cast<Dialog*>(l);
-        self->m_hwnd = hwnd;
-        ::SetWindowLongPtrW(hwnd, DWLP_USER, l);
-    }
+    if (!self && msg == WM_INITDIALOG) self = reinterpret_cast<Dialog*>(l);
+    return Run(self, hwnd, msg, w, l);
+}
+
+INT_PTR Dialog::Run(Dialog* self, HWND hwnd, UINT msg, WPARAM w, LPARAM l) noexcept {
     if (!self) return FALSE;
+    if (msg == WM_INITDIALOG && !::GetWindowLongPtrW(hwnd, DWLP_USER)) {
+        self->m_hwnd = hwnd;
+        ::SetWindowLongPtrW(hwnd, DWLP_USER, reinterpret_cast<LONG_PTR>(self));
+    }
     INT_PTR answer = FALSE;
     try {
         answer = self->Dispatch(msg, w, l);
     } catch (...) {
         // A handler must not take the loop down: a dialog that cannot set itself up ends.
-        if (msg == WM_INITDIALOG) self->EndDialog(-1);
+        if (msg == WM_INITDIALOG) self->OnSetUpFailed();
         answer = FALSE;
     }
     if (msg == WM_NCDESTROY) {

@@ -66,6 +66,10 @@ protected:
     // (property pages) that find their object another way.
     INT_PTR Dispatch(UINT msg, WPARAM w, LPARAM l);
     bool Ended() const noexcept { return m_bEnded; }
+    // A procedure of a derived kind hands each message here once it has found its object.
+    static INT_PTR Run(Dialog* self, HWND hwnd, UINT msg, WPARAM w, LPARAM l) noexcept;
+    // The dialog could not set itself up: it ends.
+    virtual void OnSetUpFailed() noexcept { EndDialog(-1); }
     // Another dialog's first look at a message: a sheet asks its active page.
     static bool PreTranslateForPage(Dialog& page, MSG& msg) { return page.PreTranslateMessage(msg); }
 

@@ -86,28 +86,17 @@ bool PropertyPage::OnSheetNotify(const NMHDR& header, LRESULT& result) {
     }
 }
 
+// The system hands a page its object through the page's record, not the dialog's parameter.
 INT_PTR CALLBACK PropertyPage::PageProc(HWND hwnd, UINT msg, WPARAM w, LPARAM l) noexcept {
-    auto* self = reinterpret_cast<PropertyPage*>(::GetWindowLongPtrW(hwnd, DWLP_USER));
-    if (!self && msg == WM_INITDIALOG && l) {
+    auto* self = reinterpret_cast<Dialog*>(::GetWindowLongPtrW(hwnd, DWLP_USER));
+    if (!self && msg == WM_INITDIALOG && l)
         self = reinterpret_cast<PropertyPage*>(reinterpret_cast<const PROPSHEETPAGEW*>(l)->lParam);
-        self->m_hwnd = hwnd;
-        ::SetWindowLongPtrW(hwnd, DWLP_USER, reinterpret_cast<LONG_PTR>(self));
-    }
-    if (!self) return FALSE;
-    INT_PTR answer = FALSE;
-    try {
-        answer = self->Dispatch(msg, w, l);
-    } catch (...) {
-        // A page that cannot set itself up ends its sheet; any other failure leaves the message unanswered.
-        if (msg == WM_INITDIALOG && self->m_pSheet) self->m_pSheet->EndDialog(-1);
-        answer = FALSE;
-    }
-    if (msg == WM_NCDESTROY) {
-        ::SetWindowLongPtrW(hwnd, DWLP_USER, 0);
-        self->m_hwnd = nullptr;
-        self->OnDestroyed();
-    }
-    return answer;
+    return Run(self, hwnd, msg, w, l);
+}
+
+// A page that cannot set itself up ends its sheet.
+void PropertyPage::OnSetUpFailed() noexcept {
+    if (m_pSheet) m_pSheet->EndDialog(-1);
 }
 
 }  // namespace fw

@@ -53,6 +53,7 @@ protected:
     void OnOK() override {}
     void OnCancel() override {}
     bool OnDialogMessage(UINT msg, WPARAM w, LPARAM l, LRESULT& result) override;
+    void OnSetUpFailed() noexcept override;
 
 private:
     static INT_PTR CALLBACK PageProc(HWND hwnd, UINT msg, WPARAM w, LPARAM l) noexcept;

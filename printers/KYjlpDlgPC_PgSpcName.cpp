@@ -345,8 +345,8 @@ void KYjlpDlgPC_PgSpcName::TellNoName(bool asked) {
             ShowPageMessage(kNoNameWizard, L"You need to specify a client printer name.", nullptr, MB_OK);
         else
             ShowPageMessage(kNoNameDialog,
-                            L"The dialog must contain a specification for a client printer name.\n\n"
-                            L"Please try restarting it.",
+                            L"This dialog does not know the name of the client printer.\n\n"
+                            L"Close it and open it again.",
                             nullptr, MB_OK);
     }
     if (HWND edit = NameEdit(); g_bPrinterWizard && edit && !IsReadOnly(edit)) FocusWholeText(edit);

@@ -36,25 +36,17 @@ KYjlpDlgPC_Pg* KYjlpDlgPC_Sht::ActivePrinterPage() const noexcept {
 }
 
 // Both ask the engine; a refusal is told twice: the engine's report, then the sheet's.
-bool KYjlpDlgPC_Sht::InstallNewPrinter() {
-    KYjlpPrinterCfg* engine = BoundEngineOrTell(__LINE__);
-    if (!engine) return false;
-    uint32_t result = 0;
-    if (engine->AddPrinter(result)) return true;
-    if (KYbpm* monitor = Monitor()) monitor->recordSituationID(kAddFailed);
-    RespondOrForget();
-    if (result == 0) return false;
-    KYjlpDlgPC_Pg* page = ActivePrinterPage();
-    GoToFailedPage(result, page ? static_cast<int>(page->TemplateId()) : -1);
-    return false;
-}
+bool KYjlpDlgPC_Sht::InstallNewPrinter() { return RunEngineChange(&KYjlpPrinterCfg::AddPrinter, kAddFailed); }
 
-bool KYjlpDlgPC_Sht::ApplyPrinterEdit() {
+bool KYjlpDlgPC_Sht::ApplyPrinterEdit() { return RunEngineChange(&KYjlpPrinterCfg::UpdatePrinter, kChangeFailed); }
+
+// The engine's add or change; on a refusal the page at fault comes to the front.
+bool KYjlpDlgPC_Sht::RunEngineChange(bool (KYjlpPrinterCfg::*change)(uint32_t&), int failure) {
     KYjlpPrinterCfg* engine = BoundEngineOrTell(__LINE__);
     if (!engine) return false;
     uint32_t result = 0;
-    if (engine->UpdatePrinter(result)) return true;
-    if (KYbpm* monitor = Monitor()) monitor->recordSituationID(kChangeFailed);
+    if ((engine->*change)(result)) return true;
+    if (KYbpm* monitor = Monitor()) monitor->recordSituationID(failure);
     RespondOrForget();
     if (result == 0) return false;
     KYjlpDlgPC_Pg* page = ActivePrinterPage();

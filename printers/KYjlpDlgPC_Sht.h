@@ -6,6 +6,7 @@
 
 #include "dialogs/KYstdUI_DlgData.h"
 #include "framework/PropertySheet.h"
+#include "printers/KYjlpPrinterCfg.h"
 
 class KYjlpDlgPC_Pg;
 
@@ -38,6 +39,7 @@ protected:
     bool PreTranslateMessage(MSG& msg) override;
 
 private:
+    bool RunEngineChange(bool (KYjlpPrinterCfg::*change)(uint32_t&), int failure);
     void OnApplyNow();
     void OnSheetOk();
     bool OnSheetHelp(const HELPINFO* info);

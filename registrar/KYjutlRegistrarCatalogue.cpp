@@ -5,11 +5,11 @@
 
 #include <cstdlib>
 #include <cwchar>
-#include <cwctype>
 #include <new>
 #include <string>
 #include <unordered_map>
 
+#include "foundation/FoldCase.h"
 #include "registrar/RegistrarText.h"
 
 namespace {
@@ -131,8 +131,7 @@ void KYjutlRegistrar::NameFileTypes() {
         if (!record || !record->pszExePath) continue;
         registrar_text::CopyText(registrar_text::ExtensionOf(record->pszExePath), extension,
                                  std::size(extension));
-        std::wstring key = extension;
-        for (wchar_t& c : key) c = static_cast<wchar_t>(towlower(c));
+        std::wstring key = ky::FoldCase(extension);
         if (const auto found = named.find(key); found != named.end()) {
             if (wchar_t* text = _wcsdup(found->second.c_str())) {
                 free(record->pszFileType);

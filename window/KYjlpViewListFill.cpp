@@ -8,6 +8,7 @@
 
 #include "app/KYjlpApp.h"
 #include "document/KYjlpDoc.h"
+#include "foundation/FoldCase.h"
 #include "foundation/KYstdPgmStat.h"
 #include "framework/FrameWnd.h"
 #include "framework/ResourceModule.h"
@@ -154,15 +155,6 @@ bool KYjlpViewList::PopulateList(const KYjlpItemList* list, POSITION start, int 
     return true;
 }
 
-namespace {
-// Names match without regard to case, as the list's own search by text does.
-std::wstring FoldedName(const wchar_t* name) {
-    std::wstring folded = name ? name : L"";
-    if (!folded.empty()) ::CharLowerBuffW(folded.data(), static_cast<DWORD>(folded.size()));
-    return folded;
-}
-}  // namespace
-
 // The row of each name, the first where two rows share one: one pass over the
 // rows instead of a search of the list for every saved place.
 std::unordered_map<std::wstring, int> KYjlpViewList::RowsByName(int rows) const {
@@ -172,7 +164,7 @@ std::unordered_map<std::wstring, int> KYjlpViewList::RowsByName(int rows) const 
     for (int row = 0; row < rows; ++row) {
         text[0] = L'\0';
         ListView_GetItemText(m_hwnd, row, 0, text.data(), static_cast<int>(text.size()));
-        rowOfName.emplace(FoldedName(text.data()), row);
+        rowOfName.emplace(ky::FoldCase(text.data()), row);
     }
     return rowOfName;
 }
@@ -194,7 +186,7 @@ void KYjlpViewList::PlaceSavedIcons(const KYjutlRegistrar_PREFS& prefs, bool& mi
     const std::unordered_map<std::wstring, int> rowOfName = RowsByName(rows);
     for (const KYjutlRegistrar_LVISP* place : *saved) {
         if (!place || !place->pszItemName) continue;
-        const auto match = rowOfName.find(FoldedName(place->pszItemName));
+        const auto match = rowOfName.find(ky::FoldCase(place->pszItemName));
         if (match == rowOfName.end()) continue;
         const int row = match->second;
         found[static_cast<size_t>(row)] = true;

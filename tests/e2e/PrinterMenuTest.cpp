@@ -139,8 +139,17 @@ TEST_F(ClientPrinters, ThePrinterDialogSetsTheDefaultPrintsATestPageAndDeletes) 
     EXPECT_EQ(controls[1023][L"enabled"], L"0");
     EXPECT_EQ(controls[1016][L"visible"], L"0") << "a dialog has no list of client names";
     wchar_t folder[MAX_PATH] = {};
-    if (GetEnvironmentVariableW(L"LP_SCREENSHOT_DIR", folder, MAX_PATH))
-        m_driver.Run({L"screenshot", main.Value(L"hwnd"), std::wstring(folder) + L"\\printer-dialog.bmp"});
+    if (GetEnvironmentVariableW(L"LP_SCREENSHOT_DIR", folder, MAX_PATH)) {
+        const std::wstring sheet = main.Value(L"hwnd");
+        m_driver.Run({L"screenshot", sheet, std::wstring(folder) + L"\\printer-dialog.bmp"});
+        // Ctrl+Tab brings the next page forward, as it does for a user.
+        for (const wchar_t* page : {L"printer-dialog-driver", L"printer-dialog-port", L"printer-dialog"}) {
+            m_driver.Run({L"chord", sheet, L"17+9"});
+            Sleep(700);
+            if (std::wstring(page) != L"printer-dialog")
+                m_driver.Run({L"screenshot", sheet, std::wstring(folder) + L"\\" + page + L".bmp"});
+        }
+    }
     Press(L"2", L"LP Main Properties");
 
     // Another printer becomes the default through its box and OK.
