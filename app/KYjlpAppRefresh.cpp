@@ -3,10 +3,8 @@
 // items are added at the end, so that selection, focus, places and scroll
 // position survive. Icons are found only for items whose icon source changed.
 #include <cstdlib>
-#include <deque>
 #include <unordered_map>
 #include <utility>
-#include <unordered_set>
 #include <vector>
 
 #include "app/KYjlpApp.h"
@@ -32,26 +30,30 @@ bool SameText(const wchar_t* a, const wchar_t* b) {
 class NameIndex {
 public:
     explicit NameIndex(const KYjlpItemList& list) {
+        m_items.reserve(list.GetCount());
         for (POSITION pos = list.GetHeadPosition(); pos;) {
             POSITION here = pos;
             const LV_TEXTLINE* item = list.GetNext(pos);
-            if (item && item->name && !IsBlankText(item->name)) m_items[ky::FoldCase(item->name)].push_back(here);
+            if (item && item->name && !IsBlankText(item->name))
+                m_items[ky::FoldCase(item->name)].positions.push_back(here);
         }
     }
-    // The first item of that name still in the index; blank names never match.
-    POSITION Find(const wchar_t* name) const {
+    // Whether any item of the list has that name; blank names never match.
+    bool Has(const wchar_t* name) const { return !IsBlankText(name) && m_items.count(ky::FoldCase(name)) > 0; }
+    // The first item of that name not yet taken, which is taken; null when none is left.
+    POSITION Take(const wchar_t* name) {
         if (IsBlankText(name)) return nullptr;
         const auto found = m_items.find(ky::FoldCase(name));
-        return found == m_items.end() || found->second.empty() ? nullptr : found->second.front();
-    }
-    // The first item of that name leaves the index (it was merged and freed).
-    void TakeFirst(const wchar_t* name) {
-        const auto found = m_items.find(ky::FoldCase(name));
-        if (found != m_items.end() && !found->second.empty()) found->second.pop_front();
+        if (found == m_items.end() || found->second.taken == found->second.positions.size()) return nullptr;
+        return found->second.positions[found->second.taken++];
     }
 
 private:
-    std::unordered_map<std::wstring, std::deque<POSITION>> m_items;
+    struct Named {
+        std::vector<POSITION> positions;
+        size_t taken = 0;
+    };
+    std::unordered_map<std::wstring, Named> m_items;
 };
 
 // The row of each live item, by the position the row carries.
@@ -75,12 +77,22 @@ int FindRow(HWND list, POSITION pos) {
     return ListView_FindItem(list, -1, &find);
 }
 
-// Everything a refresh works with: the live document and view, and the new list
-// with the places its items had when it was built (their images' indices).
+// A live item and the new item of its name that it takes its changes from.
+struct Pair {
+    POSITION live;
+    POSITION fresh;
+    bool iconChanged;
+};
+
+// Everything a refresh works with: the live document and view, the new list, how
+// its items pair with the live ones, and the images of the new items that need
+// theirs found (new items, and items whose icon source changed), by their places.
 struct Refresh {
     KYjlpDoc& doc;
     KYjlpViewList& view;
     KYjlpDoc::ItemListPtr fresh{};
+    std::vector<POSITION> gone{};
+    std::vector<Pair> pairs{};
     ky::UniqueHImageList large{}, small{};
     std::unordered_map<const void*, int> places{};
     bool redrawOff = false;
@@ -93,34 +105,55 @@ struct Refresh {
     }
 };
 
-// The icons of the new list, found only for items that are new or whose icon
-// source changed: for the others the live list's images stand.
+// Live items whose name the new list no longer has are gone; each other live item
+// takes the first new item of its name that no live item before it took.
+void PairItems(Refresh& r) {
+    NameIndex freshNames(*r.fresh);
+    for (POSITION pos = r.doc.Items()->GetHeadPosition(); pos;) {
+        POSITION here = pos;
+        const LV_TEXTLINE* item = r.doc.Items()->GetNext(pos);
+        if (!item || !freshNames.Has(item->name)) {
+            r.gone.push_back(here);
+            continue;
+        }
+        POSITION match = freshNames.Take(item->name);
+        if (!match) continue;
+        const bool iconChanged = KYjlpDoc::IconKeyOf(*item) != KYjlpDoc::IconKeyOf(*r.fresh->GetAt(match));
+        r.pairs.push_back({here, match, iconChanged});
+    }
+}
+
+// The icons of the new items that need them, and nothing for the others: an
+// unchanged catalogue finds no icon at all.
 bool BuildFreshImages(Refresh& r) {
+    std::unordered_map<const void*, bool> paired;
+    paired.reserve(r.pairs.size());
+    for (const Pair& pair : r.pairs) paired.emplace(pair.fresh, pair.iconChanged);
+    std::vector<const LV_TEXTLINE*> needing;
+    for (POSITION pos = r.fresh->GetHeadPosition(); pos;) {
+        POSITION here = pos;
+        const LV_TEXTLINE* item = r.fresh->GetNext(pos);
+        const auto found = paired.find(here);
+        if (found != paired.end() && !found->second) continue;
+        r.places[here] = static_cast<int>(needing.size());
+        needing.push_back(item);
+    }
+    if (needing.empty()) return true;
     int largeSize = 32, smallSize = 16;
     r.doc.ObtainIconSizes(largeSize, smallSize);
-    const int count = static_cast<int>(r.fresh->GetCount());
-    r.large.reset(ImageList_Create(largeSize, largeSize, ILC_COLOR24 | ILC_MASK, count ? count : 1, 1));
-    r.small.reset(ImageList_Create(smallSize, smallSize, ILC_COLOR24 | ILC_MASK, count ? count : 1, 1));
+    const int count = static_cast<int>(needing.size());
+    r.large.reset(ImageList_Create(largeSize, largeSize, ILC_COLOR24 | ILC_MASK, count, 1));
+    r.small.reset(ImageList_Create(smallSize, smallSize, ILC_COLOR24 | ILC_MASK, count, 1));
     if (!r.large) throw 27176;
     if (!r.small) throw 27183;
-    std::unordered_set<std::wstring> kept;
-    for (POSITION pos = r.doc.Items()->GetHeadPosition(); pos;)
-        if (const LV_TEXTLINE* item = r.doc.Items()->GetNext(pos); item && item->name)
-            kept.insert(KYjlpDoc::IconKeyOf(*item) + L'\n' + item->name);
-    int place = 0;
-    for (POSITION pos = r.fresh->GetHeadPosition(); pos; ++place) r.places[pos] = place, r.fresh->GetNext(pos);
-    return r.doc.LoadItemImages(r.fresh.get(), r.large.get(), r.small.get(), [&kept](const LV_TEXTLINE& item) {
-        return item.name && kept.count(KYjlpDoc::IconKeyOf(item) + L'\n' + item.name) > 0;
-    });
+    return r.doc.LoadItemImages(needing, r.large.get(), r.small.get());
 }
 
 void RemoveGoneItems(Refresh& r, bool& removed) {
     KYjlpItemList& live = *r.doc.Items();
-    const NameIndex freshNames(*r.fresh);
-    for (POSITION pos = live.GetTailPosition(); pos;) {
-        POSITION here = pos;
-        LV_TEXTLINE* item = live.GetPrev(pos);
-        if (item && freshNames.Find(item->name)) continue;
+    for (auto it = r.gone.rbegin(); it != r.gone.rend(); ++it) {
+        POSITION here = *it;
+        LV_TEXTLINE* item = live.GetAt(here);
         r.RedrawOff();
         const int row = FindRow(r.view.Handle(), here);
         if (row >= 0) ListView_DeleteItem(r.view.Handle(), row);
@@ -131,21 +164,54 @@ void RemoveGoneItems(Refresh& r, bool& removed) {
     }
 }
 
+// The row of a live item, asked only for items whose row must change. A refresh
+// that changes a few items finds each row by itself; one that changes many asks
+// every row once and keeps the answers. Merging changes cells, never which row
+// holds which item, so the answers hold for the whole merge.
+class RowFinder {
+public:
+    explicit RowFinder(HWND list) : m_list(list) {}
+    int Row(POSITION pos) {
+        constexpr int kSingleLookUps = 16;
+        if (!m_built && ++m_asked <= kSingleLookUps) return FindRow(m_list, pos);
+        if (!m_built) m_rows = RowsByPosition(m_list), m_built = true;
+        const auto found = m_rows.find(pos);
+        return found == m_rows.end() ? -1 : found->second;
+    }
+
+private:
+    HWND m_list;
+    int m_asked = 0;
+    bool m_built = false;
+    std::unordered_map<const void*, int> m_rows;
+};
+
+// One merged item's row, found when its first cell changes.
+struct MergeRow {
+    RowFinder& finder;
+    POSITION live;
+    int row = -1;
+    int operator()() {
+        if (row < 0 && (row = finder.Row(live)) < 0) throw 27109;
+        return row;
+    }
+};
+
 template <typename T>
-void MergeNumber(Refresh& r, int row, int id, T& live, T fresh, const LV_TEXTLINE& item) {
+void MergeNumber(Refresh& r, MergeRow& row, int id, T& live, T fresh, const LV_TEXTLINE& item) {
     if (live == fresh) return;
     live = fresh;
     r.RedrawOff();
-    r.view.UpdateCell(row, id, item);
+    r.view.UpdateCell(row(), id, item);
     r.changed = true;
 }
 
-void MergeText(Refresh& r, int row, int id, wchar_t*& live, wchar_t*& fresh, const LV_TEXTLINE& item) {
+void MergeText(Refresh& r, MergeRow& row, int id, wchar_t*& live, wchar_t*& fresh, const LV_TEXTLINE& item) {
     if (!fresh || SameText(live, fresh)) return;
     std::free(live);
     live = std::exchange(fresh, nullptr);
     r.RedrawOff();
-    r.view.UpdateCell(row, id, item);
+    r.view.UpdateCell(row(), id, item);
     r.changed = true;
 }
 
@@ -154,14 +220,26 @@ void Replace(wchar_t*& live, wchar_t*& fresh) {
     live = std::exchange(fresh, nullptr);
 }
 
+// The row's icons replaced, in place, by the new item's.
+void MergeIcons(Refresh& r, int row, POSITION freshPos) {
+    LVITEMW entry{};
+    entry.mask = LVIF_IMAGE;
+    entry.iItem = row;
+    const int place = r.places[freshPos];
+    if (!ListView_GetItem(r.view.Handle(), &entry) || entry.iImage < 0) return;
+    ky::UniqueHIcon big(ImageList_GetIcon(r.large.get(), place, ILD_NORMAL));
+    ky::UniqueHIcon little(ImageList_GetIcon(r.small.get(), place, ILD_NORMAL));
+    if (!big || !little) return;
+    ImageList_ReplaceIcon(r.doc.LargeImages(), entry.iImage, big.get());
+    ImageList_ReplaceIcon(r.doc.SmallImages(), entry.iImage, little.get());
+    ListView_RedrawItems(r.view.Handle(), row, row);
+}
+
 // One item that stayed: its cells where they changed, its icons where their source did.
-void MergeItem(Refresh& r, POSITION livePos, POSITION freshPos, const std::unordered_map<const void*, int>& rows) {
-    LV_TEXTLINE& item = *r.doc.Items()->GetAt(livePos);
-    LV_TEXTLINE& fresh = *r.fresh->GetAt(freshPos);
-    const auto found = rows.find(livePos);
-    const int row = found == rows.end() ? -1 : found->second;
-    if (row < 0) throw 27109;
-    const bool iconChanged = KYjlpDoc::IconKeyOf(item) != KYjlpDoc::IconKeyOf(fresh);
+void MergeItem(Refresh& r, const Pair& pair, RowFinder& finder) {
+    LV_TEXTLINE& item = *r.doc.Items()->GetAt(pair.live);
+    LV_TEXTLINE& fresh = *r.fresh->GetAt(pair.fresh);
+    MergeRow row{finder, pair.live};
     MergeNumber(r, row, 24699, item.attributes, fresh.attributes, item);
     MergeNumber(r, row, 24698, item.accessed, fresh.accessed, item);
     MergeNumber(r, row, 24700, item.created, fresh.created, item);
@@ -177,21 +255,7 @@ void MergeItem(Refresh& r, POSITION livePos, POSITION freshPos, const std::unord
     item.iconIndex = fresh.iconIndex;
     item.isDocument = fresh.isDocument;
     item.showState = fresh.showState;
-    if (iconChanged) {
-        LVITEMW entry{};
-        entry.mask = LVIF_IMAGE;
-        entry.iItem = row;
-        const int place = r.places[freshPos];
-        if (ListView_GetItem(r.view.Handle(), &entry) && entry.iImage >= 0) {
-            ky::UniqueHIcon big(ImageList_GetIcon(r.large.get(), place, ILD_NORMAL));
-            ky::UniqueHIcon little(ImageList_GetIcon(r.small.get(), place, ILD_NORMAL));
-            if (big && little) {
-                ImageList_ReplaceIcon(r.doc.LargeImages(), entry.iImage, big.get());
-                ImageList_ReplaceIcon(r.doc.SmallImages(), entry.iImage, little.get());
-                ListView_RedrawItems(r.view.Handle(), row, row);
-            }
-        }
-    }
+    if (pair.iconChanged) MergeIcons(r, row(), pair.fresh);
 }
 }  // namespace
 
@@ -199,18 +263,11 @@ namespace {
 // Every live item that is also in the new list takes its changes; the new list
 // then holds only the items that are new.
 void MergeItemChanges(Refresh& r) {
-    NameIndex freshNames(*r.fresh);
-    // Merging changes cells, never which row holds which item.
-    const std::unordered_map<const void*, int> rows = RowsByPosition(r.view.Handle());
-    for (POSITION pos = r.doc.Items()->GetHeadPosition(); pos;) {
-        POSITION here = pos;
-        const LV_TEXTLINE* item = r.doc.Items()->GetNext(pos);
-        POSITION match = item ? freshNames.Find(item->name) : nullptr;
-        if (!match) continue;
-        MergeItem(r, here, match, rows);
-        freshNames.TakeFirst(item->name);
-        LV_TEXTLINE* used = r.fresh->GetAt(match);
-        r.fresh->RemoveAt(match);
+    RowFinder finder(r.view.Handle());
+    for (const Pair& pair : r.pairs) {
+        MergeItem(r, pair, finder);
+        LV_TEXTLINE* used = r.fresh->GetAt(pair.fresh);
+        r.fresh->RemoveAt(pair.fresh);
         KYjlpDoc::FreeItem(&used);
     }
 }
@@ -271,6 +328,7 @@ bool KYjlpApp::RefreshItems() {
         m_nItemFillMask = view->ViewModeOf() == KYjlpViewList::kDetails ? kCheckBinary | kCheckFacts : kCheckBinary;
         Refresh r{*doc, *view};
         if (!doc->BuildItemList(&r.fresh) || !r.fresh) throw 27014;
+        PairItems(r);
         if (!BuildFreshImages(r)) throw 27014;
         bool removed = false;
         RemoveGoneItems(r, removed);

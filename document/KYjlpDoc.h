@@ -4,7 +4,7 @@
 #pragma once
 #include <windows.h>
 #include <shellapi.h>
-#include <functional>
+#include <vector>
 #include <memory>
 #include <string>
 
@@ -78,9 +78,8 @@ public:
     HIMAGELIST SmallImages() const { return m_imlSmall.get(); }
     // Makes (or empties) the two image lists and loads the icons of the live list; told on failure.
     bool BuildImages();
-    // reuse: items whose images are not needed (their row keeps its icon); their places stay blank.
-    bool LoadItemImages(const KYjlpItemList* list, HIMAGELIST large, HIMAGELIST small,
-                        const std::function<bool(const LV_TEXTLINE&)>& reuse = {});
+    // Appends the images of these items, in their order, to the two lists.
+    bool LoadItemImages(const std::vector<const LV_TEXTLINE*>& items, HIMAGELIST large, HIMAGELIST small);
     // What an item's icons are found from: equal keys give equal icons.
     static std::wstring IconKeyOf(const LV_TEXTLINE& item);
     // The item's icons by its icon file, else its target's shell icon, else the product's own.

@@ -236,28 +236,24 @@ bool DrawItemIcons(KYjlpDoc& doc, const LV_TEXTLINE& item, int place, std::unord
 // no more drawing memory than a small one.
 std::wstring KYjlpDoc::IconKeyOf(const LV_TEXTLINE& item) { return IconKey(item); }
 
-bool KYjlpDoc::LoadItemImages(const KYjlpItemList* list, HIMAGELIST large, HIMAGELIST small,
-                              const std::function<bool(const LV_TEXTLINE&)>& reuse) {
+bool KYjlpDoc::LoadItemImages(const std::vector<const LV_TEXTLINE*>& items, HIMAGELIST large, HIMAGELIST small) {
     constexpr int kStripLength = 256;
-    if (!list) throw 27217;
     if (!large) throw 27180;
     if (!small) throw 27187;
-    const int count = static_cast<int>(list->GetCount());
+    const int count = static_cast<int>(items.size());
     int largeSize = 0, smallSize = 0, height = 0;
     ImageList_GetIconSize(large, &largeSize, &height);
     ImageList_GetIconSize(small, &smallSize, &height);
     const int before = ImageList_GetImageCount(large);
-    POSITION pos = list->GetHeadPosition();
     for (int first = 0; first < count; first += kStripLength) {
         const int length = std::min(kStripLength, count - first);
         IconStrip bigStrip(largeSize, length), littleStrip(smallSize, length);
         if (!bigStrip.ready()) throw 27175;
         if (!littleStrip.ready()) throw 27182;
         std::unordered_map<std::wstring, int> drawn;
-        for (int place = 0; place < length && pos; ++place) {
-            const LV_TEXTLINE* item = list->GetNext(pos);
+        for (int place = 0; place < length; ++place) {
+            const LV_TEXTLINE* item = items[static_cast<size_t>(first + place)];
             if (!item) throw 27207;
-            if (reuse && reuse(*item)) continue;
             if (!DrawItemIcons(*this, *item, place, drawn, bigStrip, littleStrip)) return false;
         }
         if (!bigStrip.AddTo(large)) throw 27175;
@@ -275,7 +271,11 @@ bool KYjlpDoc::BuildImages() {
     int number = 0;
     try {
         MakeImageLists();
-        if (LoadItemImages(m_pItems.get(), m_imlLarge.get(), m_imlSmall.get())) return true;
+        if (!m_pItems) throw 27217;
+        std::vector<const LV_TEXTLINE*> items;
+        items.reserve(m_pItems->GetCount());
+        for (POSITION pos = m_pItems->GetHeadPosition(); pos;) items.push_back(m_pItems->GetNext(pos));
+        if (LoadItemImages(items, m_imlLarge.get(), m_imlSmall.get())) return true;
     } catch (int n) {
         number = n;
     } catch (...) {

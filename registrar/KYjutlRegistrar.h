@@ -16,6 +16,8 @@
 #include <vector>
 
 #include "foundation/UniqueHandle.h"
+#include "registrar/AppKeyValues.h"
+#include "registrar/CatalogueMemo.h"
 #include "registrar/KYjutlRegistrar_FILE.h"
 #include "registrar/KYjutlRegistrar_LVISP.h"
 #include "registrar/KYjutlRegistrar_PREFS.h"
@@ -146,7 +148,9 @@ private:
 
     // Catalogue helpers.
     int AppSubkeys(HKEY appKey);
-    void ReadAppRecord(HKEY appKey, KYjutlRegistrar_FILE& record);
+    void ReadAppKey(HKEY appKey, const FILETIME& written, KYjutlRegistrar_FILE& record);
+    // The record from the key, or from its values read before (appKey may then be null).
+    void ReadAppRecord(HKEY appKey, const AppKeyValues* values, int subkeys, KYjutlRegistrar_FILE& record);
     bool ObtainAppText(HKEY appKey, const wchar_t* subkey, const wchar_t* valueName);
     // ObtainAppValue, telling the override chain how the close of the subkey went.
     bool ReadAppValue(HKEY appKey, const wchar_t* subkey, const wchar_t* valueName, void* data,
@@ -207,6 +211,7 @@ private:
     LONG CopyHiveIntoStore(const wchar_t* file);
 
     ky::UniqueHKey m_keyPreferences;
+    CatalogueMemo m_catalogueMemo;
 
     // Scratch block: shared work buffers, nothing in them survives an operation.
     FILETIME m_ftScratch = {};
@@ -214,6 +219,9 @@ private:
     // The subkeys of the application key being read, -1 when not known: asked once
     // per application, so that its three override chains need not ask again.
     int m_nAppSubkeys = -1;
+    // The values of the application key being read, when they were read in one
+    // pass; null when each value is asked of the key.
+    const AppKeyValues* m_pAppValues = nullptr;
     DWORD m_dwScratch2 = 0;
     wchar_t m_wszA[kScratchChars] = {};
     wchar_t m_wszB[kScratchChars] = {};

@@ -82,8 +82,10 @@ KYjutlRegistrar_FILEList* KYjutlRegistrar::ObtainInstalledApps() {
             m_uErrorDetail = static_cast<uint32_t>(rc);
             throw uint32_t{48};
         }
+        m_catalogueMemo.Begin();
         CollectInstalledApps(installedApps.get(), reached);
     });
+    m_catalogueMemo.End(m_uError == 0 && !m_pszOnlyApp);
     if (CloseKey(installedApps) != ERROR_SUCCESS) RecordLateError(46);
     if (m_uError == 0) NameFileTypes();
     if (m_uError != 0) {
@@ -165,6 +167,12 @@ KYjutlRegistrar_FILE* KYjutlRegistrar::ObtainInstalledApp(HKEY installedApps, ui
         }
         record->pszAppName = _wcsdup(m_wszB);
         if (!record->pszAppName) throw uint32_t{21};
+        const FILETIME written = m_ftScratch;
+        // An entry unchanged since the last reading answers from it, without its key.
+        if (const AppKeyValues* known = m_catalogueMemo.Recall(m_wszB, written)) {
+            ReadAppRecord(nullptr, known, 0, *record);
+            return;
+        }
         if (swprintf(m_wszA, kScratchChars, L"%ls%ls%ls", kInstalledAppsKey, L"\\", m_wszB) < 0)
             throw uint32_t{28};
         rc = RegOpenKeyExW(HKEY_LOCAL_MACHINE, m_wszA, 0, kReadMask, appKey.put());
@@ -172,7 +180,7 @@ KYjutlRegistrar_FILE* KYjutlRegistrar::ObtainInstalledApp(HKEY installedApps, ui
             m_uErrorDetail = static_cast<uint32_t>(rc);
             throw uint32_t{28};
         }
-        ReadAppRecord(appKey.get(), *record);
+        ReadAppKey(appKey.get(), written, *record);
     });
     if (CloseKey(appKey) != ERROR_SUCCESS) RecordLateError(26);
     if (m_uError != 0) {
@@ -191,13 +199,37 @@ int KYjutlRegistrar::AppSubkeys(HKEY appKey) {
     return static_cast<int>(subkeys);
 }
 
-void KYjutlRegistrar::ReadAppRecord(HKEY appKey, KYjutlRegistrar_FILE& record) {
+// The key described once (its subkeys, its values and their sizes) and its values
+// read in one pass; a key that can't be described or changes under the pass is
+// read value by value, as the checks of the record ask.
+void KYjutlRegistrar::ReadAppKey(HKEY appKey, const FILETIME& written, KYjutlRegistrar_FILE& record) {
+    DWORD subkeys = 0, values = 0, longestName = 0, largestData = 0;
+    if (RegQueryInfoKeyW(appKey, nullptr, nullptr, nullptr, &subkeys, nullptr, nullptr, &values, &longestName,
+                         &largestData, nullptr, nullptr) != ERROR_SUCCESS) {
+        ReadAppRecord(appKey, nullptr, -1, record);
+        return;
+    }
+    AppKeyValues read;
+    if (!read.Read(appKey, values, longestName, largestData)) {
+        ReadAppRecord(appKey, nullptr, static_cast<int>(subkeys), record);
+        return;
+    }
+    const AppKeyValues* kept = m_catalogueMemo.Keep(record.pszAppName, written, subkeys, std::move(read));
+    ReadAppRecord(appKey, kept, static_cast<int>(subkeys), record);
+}
+
+void KYjutlRegistrar::ReadAppRecord(HKEY appKey, const AppKeyValues* values, int subkeys,
+                                    KYjutlRegistrar_FILE& record) {
+    m_pAppValues = values;
     m_nAppSubkeys = -1;
-    m_nAppSubkeys = AppSubkeys(appKey);
+    m_nAppSubkeys = subkeys >= 0 ? subkeys : AppSubkeys(appKey);
     struct Forget {
-        int& subkeys;
-        ~Forget() { subkeys = -1; }
-    } forget{m_nAppSubkeys};
+        KYjutlRegistrar& registrar;
+        ~Forget() {
+            registrar.m_nAppSubkeys = -1;
+            registrar.m_pAppValues = nullptr;
+        }
+    } forget{*this};
     // A failed read of a required or present value replaces the look-up's own number;
     // its Win32 code stays in the detail.
     if (!ObtainAppText(appKey, nullptr, L"ExePath")) {
@@ -261,12 +293,20 @@ bool KYjutlRegistrar::ReadAppValue(HKEY appKey, const wchar_t* subkey, const wch
     LONG win32 = ERROR_SUCCESS;
     ky::UniqueHKey overrideKey;
     Guard(29, [&] {
-        if (!appKey) throw uint32_t{27};
+        const bool own = !subkey || !*subkey;
+        if (!appKey && !(own && m_pAppValues)) throw uint32_t{27};
         if (!valueName || !*valueName) throw uint32_t{34};
         if (!data) throw uint32_t{33};
         if (capacity == 0) throw uint32_t{36};
         HKEY source = appKey;
-        if (subkey && *subkey) {
+        if (own && m_pAppValues) {
+            memset(data, 0, capacity);
+            win32 = m_pAppValues->Query(valueName, data, size);
+            if (win32 == ERROR_FILE_NOT_FOUND) throw uint32_t{32};
+            if (win32 != ERROR_SUCCESS) throw uint32_t{35};
+            return;
+        }
+        if (!own) {
             win32 = RegOpenKeyExW(appKey, subkey, 0, kOverrideMask, overrideKey.put());
             if (win32 != ERROR_SUCCESS) throw uint32_t{31};
             source = overrideKey.get();

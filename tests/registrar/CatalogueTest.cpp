@@ -186,3 +186,61 @@ TEST_F(RegistrarTest, TypeTextComesFromTheClassRegistryOrTheFormat) {
     EXPECT_STREQ(Find(*list, L"Odd")->pszFileType, L".ZQXW File");
     EXPECT_STREQ(Find(*list, L"Bare")->pszFileType, L"File");
 }
+
+// A second reading answers unchanged entries from the first; every kind of change
+// made between the two must still show, and an entry's faults must still be told.
+TEST_F(RegistrarTest, ASecondReadingShowsEveryChangeSinceTheFirst) {
+    LP_SET_STRING(kMachine, App(L"Kept"), L"ExePath", L"C:\\kept.exe");
+    LP_SET_STRING(kMachine, App(L"Kept"), L"CmdLineOptions", L"/same");
+    LP_SET_STRING(kMachine, App(L"Changed"), L"ExePath", L"C:\\changed.exe");
+    LP_SET_DWORD(kMachine, App(L"Changed"), L"IconIndex", 2);
+    LP_SET_STRING(kMachine, App(L"Removed"), L"ExePath", L"C:\\removed.exe");
+    LP_SET_STRING(kMachine, App(L"Overridden"), L"ExePath", L"C:\\over.exe");
+    LP_SET_STRING(kMachine, App(L"Overridden"), L"CmdLineOptions", L"/everyone");
+    LP_SET_STRING(kMachine, App(L"Broken Later"), L"ExePath", L"C:\\broken.exe");
+    // Entries written just before a reading are read again the next time, whatever
+    // their time says: these are old enough to be answered from the first reading.
+    Sleep(300);
+    m_groups = {L"Corp!Staff"};
+    auto registrar = Fresh();
+    KYjutlRegistrar_FILEList* list = registrar->ObtainInstalledApps();
+    ASSERT_NE(list, nullptr) << registrar->m_uError;
+    ASSERT_EQ(list->size(), 5u);
+
+    LP_SET_STRING(kMachine, App(L"Changed"), L"CmdLineOptions", L"/new");
+    LP_SET_DWORD(kMachine, App(L"Changed"), L"IconIndex", 7);
+    lptest::DeleteTree(kMachine, App(L"Removed"));
+    LP_SET_STRING(kMachine, App(L"Added"), L"ExePath", L"C:\\added.exe");
+    LP_SET_STRING(kMachine, App(L"Overridden") + L"\\Groups\\Corp!Staff", L"CmdLineOptions", L"/staff");
+    list = registrar->ObtainInstalledApps();
+    ASSERT_NE(list, nullptr) << registrar->m_uError;
+    ASSERT_EQ(list->size(), 5u);
+    EXPECT_EQ(Find(*list, L"Removed"), nullptr);
+    ASSERT_NE(Find(*list, L"Added"), nullptr);
+    EXPECT_STREQ(Find(*list, L"Kept")->pszCmdLineOptions, L"/same");
+    EXPECT_STREQ(Find(*list, L"Kept")->pszExePath, L"C:\\kept.exe");
+    EXPECT_STREQ(Find(*list, L"Changed")->pszCmdLineOptions, L"/new");
+    EXPECT_EQ(Find(*list, L"Changed")->iIconIndex, 7);
+    EXPECT_STREQ(Find(*list, L"Overridden")->pszCmdLineOptions, L"/staff") << "a new group override";
+    ASSERT_NE(Find(*list, L"Kept")->pszFileType, nullptr) << "unchanged entries are named as before";
+
+    // A later change inside an override that existed already: that key's own time moves, not the entry's.
+    Sleep(300);
+    list = registrar->ObtainInstalledApps();
+    ASSERT_NE(list, nullptr);
+    LP_SET_STRING(kMachine, App(L"Overridden") + L"\\Groups\\Corp!Staff", L"CmdLineOptions", L"/staff2");
+    list = registrar->ObtainInstalledApps();
+    ASSERT_NE(list, nullptr);
+    EXPECT_STREQ(Find(*list, L"Overridden")->pszCmdLineOptions, L"/staff2");
+
+    // An entry that loses its program fails the reading as in a first one, and
+    // the reading after the repair is whole again.
+    lptest::DeleteValue(kMachine, App(L"Broken Later"), L"ExePath");
+    EXPECT_EQ(registrar->ObtainInstalledApps(), nullptr);
+    EXPECT_EQ(registrar->m_uError, 39u);
+    LP_SET_STRING(kMachine, App(L"Broken Later"), L"ExePath", L"C:\\mended.exe");
+    list = registrar->ObtainInstalledApps();
+    ASSERT_NE(list, nullptr) << registrar->m_uError;
+    EXPECT_STREQ(Find(*list, L"Broken Later")->pszExePath, L"C:\\mended.exe");
+    EXPECT_STREQ(Find(*list, L"Kept")->pszCmdLineOptions, L"/same");
+}
