@@ -10,6 +10,7 @@
 
 #include "document/KYjlpItemList.h"
 #include "document/LV_TEXTLINE.h"
+#include "document/IconCache.h"
 #include "document/TargetCheckMemo.h"
 #include "foundation/UniqueHandle.h"
 #include "framework/Document.h"
@@ -84,6 +85,9 @@ public:
     static std::wstring IconKeyOf(const LV_TEXTLINE& item);
     // The item's icons by its icon file, else its target's shell icon, else the product's own.
     bool ObtainItemIcons(HICON* large, HICON* small, const LV_TEXTLINE& item);
+    // The item's icons at those sizes, found once per source in a session; null when none can be.
+    const IconCache::Icons* CachedItemIcons(const LV_TEXTLINE& item, const std::wstring& source, int largeSize,
+                                            int smallSize);
     // Icon sizes for the monitor the list is on.
     void ObtainIconSizes(int& large, int& small) const;
 
@@ -112,4 +116,5 @@ private:
     wchar_t m_wszHandler[MAX_PATH] = {};
     std::unique_ptr<KYjlpDlgVO> m_pDlgViewOptions;
     TargetCheckMemo m_checks;
+    IconCache m_icons;
 };

@@ -7,6 +7,7 @@
 #include <cstring>
 #include <string>
 #include <unordered_map>
+#include <utility>
 #include <vector>
 
 #include "app/KYjlpApp.h"
@@ -60,6 +61,7 @@ public:
     IconStrip& operator=(const IconStrip&) = delete;
 
     bool ready() const { return m_ready; }
+    int Size() const { return m_size; }
     bool Draw(int place, HICON icon) {
         const int x = place * m_size;
         bool ok = true;
@@ -193,6 +195,14 @@ bool KYjlpDoc::ObtainItemIcons(HICON* large, HICON* small, const LV_TEXTLINE& it
     return true;
 }
 
+const IconCache::Icons* KYjlpDoc::CachedItemIcons(const LV_TEXTLINE& item, const std::wstring& source,
+                                                  int largeSize, int smallSize) {
+    if (const IconCache::Icons* known = m_icons.Find(source, largeSize, smallSize)) return known;
+    ky::UniqueHIcon large, small;
+    if (!ObtainItemIcons(large.put(), small.put(), item)) return nullptr;
+    return m_icons.Keep(source, largeSize, smallSize, std::move(large), std::move(small));
+}
+
 bool KYjlpDoc::MakeImageLists() {
     int large = 32, small = 16;
     ObtainIconSizes(large, small);
@@ -220,13 +230,13 @@ bool DrawItemIcons(KYjlpDoc& doc, const LV_TEXTLINE& item, int place, std::unord
         little.Copy(found->second, place);
         return true;
     }
-    ky::UniqueHIcon large, small;
-    if (!doc.ObtainItemIcons(large.put(), small.put(), item)) {
+    const IconCache::Icons* icons = doc.CachedItemIcons(item, key, big.Size(), little.Size());
+    if (!icons) {
         lpreport::Tell(27017, static_cast<int32_t>(__LINE__), kSourceName, __DATE__, static_cast<int32_t>(place));
         return false;
     }
-    if (!big.Draw(place, large.get())) throw 27175;
-    if (!little.Draw(place, small.get())) throw 27182;
+    if (!big.Draw(place, icons->large)) throw 27175;
+    if (!little.Draw(place, icons->small)) throw 27182;
     drawn.emplace(std::move(key), place);
     return true;
 }

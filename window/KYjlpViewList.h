@@ -56,6 +56,7 @@ public:
     bool PopulateList(const KYjlpItemList* list, POSITION start, int firstImage = -1);
     // The cell of that column id in row, written anew from item (if the column is shown).
     void UpdateCell(int row, int id, const LV_TEXTLINE& item);
+    void OnGetCellText(NMLVDISPINFOW& info);
     // The rows in order after a change: in Details, and in the icon views unless placed by hand.
     void SortAgain();
     // The failures of a list operation, gathered in the program status, told once.

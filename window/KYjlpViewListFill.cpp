@@ -137,15 +137,9 @@ bool KYjlpViewList::PopulateList(const KYjlpItemList* list, POSITION start, int 
         entry.pszText = cell;
         entry.iImage = image;
         entry.lParam = reinterpret_cast<LPARAM>(here);
-        const int made = static_cast<int>(SendMessageW(m_hwnd, LVM_INSERTITEMW, 0, reinterpret_cast<LPARAM>(&entry)));
-        if (made < 0) {
-            --row;
-            continue;
-        }
-        for (int column = 1; column < kColumnCount && m_aColumnIds[column] >= 0; ++column) {
-            if (!FormatColumnText(item, m_aColumnIds[column], cell, 260)) throw 27571;
-            ListView_SetItemText(m_hwnd, made, column, cell);
-        }
+        // The other cells are never stored in the control: it asks for them when
+        // it draws them (OnGetCellText), so that a row costs one insertion.
+        if (SendMessageW(m_hwnd, LVM_INSERTITEMW, 0, reinterpret_cast<LPARAM>(&entry)) < 0) --row;
     }
     if (m_bFirstFill) {
         ListView_SetImageList(m_hwnd, doc->LargeImages(), LVSIL_NORMAL);
@@ -274,7 +268,28 @@ void KYjlpViewList::UpdateCell(int row, int id, const LV_TEXTLINE& item) {
     for (int column = 0; column < kColumnCount && m_aColumnIds[column] >= 0; ++column) {
         if (m_aColumnIds[column] != id) continue;
         wchar_t cell[260];
-        if (FormatColumnText(&item, id, cell, 260)) ListView_SetItemText(m_hwnd, row, column, cell);
+        if (column > 0) ListView_RedrawItems(m_hwnd, row, row);
+        else if (FormatColumnText(&item, id, cell, 260)) ListView_SetItemText(m_hwnd, row, column, cell);
+    }
+}
+
+// A cell other than the name, formatted from its item's record when the control
+// draws it or is asked for it.
+void KYjlpViewList::OnGetCellText(NMLVDISPINFOW& info) {
+    LVITEMW& cell = info.item;
+    if (!(cell.mask & LVIF_TEXT) || !cell.pszText || cell.cchTextMax <= 0) return;
+    cell.pszText[0] = L'\0';
+    auto* doc = dynamic_cast<KYjlpDoc*>(GetDocument());
+    if (cell.iSubItem <= 0 || cell.iSubItem >= kColumnCount || !doc || !doc->Items()) return;
+    const int id = m_aColumnIds[cell.iSubItem];
+    POSITION pos = cell.lParam ? reinterpret_cast<POSITION>(cell.lParam) : RowPosition(cell.iItem);
+    const LV_TEXTLINE* item = pos ? doc->Items()->GetAt(pos) : nullptr;
+    if (id < 0 || !item) return;
+    wchar_t text[260];
+    try {
+        if (FormatColumnText(item, id, text, 260)) lstrcpynW(cell.pszText, text, cell.cchTextMax);
+    } catch (int) {
+        cell.pszText[0] = L'\0';  // a cell that can't be formatted shows empty
     }
 }
 

@@ -96,8 +96,8 @@ void KYjlpViewList::RefreshRowTexts() {
     for (int row = 0; row < rows; ++row) {
         POSITION pos = RowPosition(row);
         const LV_TEXTLINE* item = pos ? doc->Items()->GetAt(pos) : nullptr;
-        for (int column = 0; item && column < kColumnCount && ColumnIds()[column] >= 0; ++column)
-            if (FormatColumnText(item, ColumnIds()[column], cell, 260)) ListView_SetItemText(m_hwnd, row, column, cell);
+        // The other cells are asked for when drawn: the name is the one stored.
+        if (item && FormatColumnText(item, ColumnIds()[0], cell, 260)) ListView_SetItemText(m_hwnd, row, 0, cell);
     }
 }
 
@@ -193,6 +193,9 @@ bool KYjlpViewList::OnReflectedNotify(NMHDR& header, LRESULT& result) {
     case LVN_BEGINDRAG:
     case LVN_BEGINRDRAG:
         BeginItemDrag(reinterpret_cast<NMLISTVIEW&>(header));
+        return true;
+    case LVN_GETDISPINFOW:
+        OnGetCellText(reinterpret_cast<NMLVDISPINFOW&>(header));
         return true;
     case LVN_COLUMNCLICK:
         OnColumnClick(reinterpret_cast<NMLISTVIEW&>(header).iSubItem);
