@@ -114,7 +114,6 @@ private:
     void OnUpdateStyle(fw::CmdUI& ui);
     void OnOpenSelectionCommand(UINT id);
     void OnUpdateOpenSelection(fw::CmdUI& ui);
-    void RefreshRowTexts();
     void BeginItemDrag(const NMLISTVIEW& begin);
     void TrackDrag(POINT client);
     void EndDrag(POINT client);

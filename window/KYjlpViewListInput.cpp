@@ -55,11 +55,10 @@ void KYjlpViewList::OnViewModeCommand(UINT id) {
         if (auto* doc = dynamic_cast<KYjlpDoc*>(GetDocument()); doc && doc->Items()) {
             if (KYjlpApp* app = TheApp()) app->m_nItemFillMask = kCheckFacts;
             doc->GatherListFacts(doc->Items());
-            try {
-                RefreshRowTexts();
-            } catch (int) {
-                // A cell that cannot be written stays as it was; the row still launches.
-            }
+            // The cells are formatted from the records when drawn: drawing them again shows the facts.
+            SendMessageW(m_hwnd, WM_SETREDRAW, FALSE, 0);
+            SendMessageW(m_hwnd, WM_SETREDRAW, TRUE, 0);
+            InvalidateRect(m_hwnd, nullptr, TRUE);
         }
         m_factsPresent = true;
     }
@@ -76,29 +75,6 @@ void KYjlpViewList::OnUpdateViewMode(fw::CmdUI& ui) {
     const int mode = kModeOfCommand[ui.m_nID - kFirstMode];
     ui.Enable(!Classic() || mode == kLargeIcons);
     ui.SetRadio(ViewModeOf() == mode);
-}
-
-// The cells of every row written anew from the records (after the file facts came).
-void KYjlpViewList::RefreshRowTexts() {
-    auto* doc = dynamic_cast<KYjlpDoc*>(GetDocument());
-    if (!doc || !doc->Items()) return;
-    wchar_t cell[260];
-    const int rows = GetItemCount();
-    // Every cell changes at once: the list is drawn once, after the last.
-    ::SendMessageW(m_hwnd, WM_SETREDRAW, FALSE, 0);
-    struct RedrawAgain {
-        HWND list;
-        ~RedrawAgain() {
-            ::SendMessageW(list, WM_SETREDRAW, TRUE, 0);
-            ::InvalidateRect(list, nullptr, TRUE);
-        }
-    } redraw{m_hwnd};
-    for (int row = 0; row < rows; ++row) {
-        POSITION pos = RowPosition(row);
-        const LV_TEXTLINE* item = pos ? doc->Items()->GetAt(pos) : nullptr;
-        // The other cells are asked for when drawn: the name is the one stored.
-        if (item && FormatColumnText(item, ColumnIds()[0], cell, 260)) ListView_SetItemText(m_hwnd, row, 0, cell);
-    }
 }
 
 void KYjlpViewList::OnSortCommand(UINT id) {
