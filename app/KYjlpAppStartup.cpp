@@ -159,6 +159,7 @@ bool KYjlpApp::InitInstance() {
     try {
         InitCommandLine(pending);
         InitServices(pending);
+        SetDialogHelpCall(&KYjlpFrameMain::HelpForwarder);
         result = InitDocument(pending);
         if (result) {
             if (!m_bStandalone && m_hSessionLibrary) {
@@ -171,7 +172,6 @@ bool KYjlpApp::InitInstance() {
             }
             auto* frame = dynamic_cast<KYjlpFrameMain*>(MainWindow());
             if (frame && m_abShow[1]) frame->ReadyMenu();
-            SetDialogHelpCall(&KYjlpFrameMain::HelpForwarder);
             if (!frame || !frame->RestoreWindow(kSourceName))
                 throw m_pMonitor ? m_pMonitor->getSituationID() : 27069;
             StartWatching();
