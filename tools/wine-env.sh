@@ -12,7 +12,8 @@ export WINEARCH=win64
 export WINEDLLOVERRIDES=${WINEDLLOVERRIDES:-mscoree,mshtml=}
 
 # ghostscript: the PPD files of the test printers (Wine's PostScript driver needs one).
-lp_packages=(cmake make mingw-w64 wine wine64 xvfb x11-utils imagemagick googletest clang libclang-rt-14-dev fp-utils-3.2.2 ghostscript)
+# python3: puts the help file's context map right after chmcmd.
+lp_packages=(cmake make mingw-w64 wine wine64 xvfb x11-utils imagemagick googletest clang libclang-rt-14-dev fp-utils-3.2.2 ghostscript python3)
 
 lp_ensure_packages() {
   local missing=()

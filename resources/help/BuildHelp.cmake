@@ -1,15 +1,18 @@
 # Compiles the help pages into LaunchPanel.chm. Run as a script:
 #   cmake -DHELP_SOURCE_DIR=... -DHELP_HEADER=.../HelpContext.h -DHELP_STAGE_DIR=...
-#         -DHELP_OUTPUT=.../LaunchPanel.chm -DCHMCMD=/usr/bin/chmcmd -P BuildHelp.cmake
+#         -DHELP_OUTPUT=.../LaunchPanel.chm -DCHMCMD=/usr/bin/chmcmd -DCHMLS=/usr/bin/chmls
+#         -DPYTHON=/usr/bin/python3 -P BuildHelp.cmake
 # The context ids come from HelpContext.h alone: its HID... lines become the help
 # project's map (HelpMap.h, in decimal). Each line of topics.txt becomes a short
 # page of its own with its id as alias, since the help compiler gives a page one
 # context id only; the texts of controls also become the what-is-this file
 # KYjlpContext.txt, under their numbers. The compiler's warnings (a page that links
 # to a file that is not there) and errors (an id without a topic) fail the build.
+# The map chmcmd writes names each topic with the folder it compiled in;
+# fix-context-map.py leaves the page's name alone there.
 cmake_minimum_required(VERSION 3.20)
 
-foreach(var HELP_SOURCE_DIR HELP_HEADER HELP_STAGE_DIR HELP_OUTPUT CHMCMD)
+foreach(var HELP_SOURCE_DIR HELP_HEADER HELP_STAGE_DIR HELP_OUTPUT CHMCMD CHMLS PYTHON)
   if(NOT DEFINED ${var})
     message(FATAL_ERROR "BuildHelp.cmake needs -D${var}=...")
   endif()
@@ -121,5 +124,11 @@ execute_process(COMMAND "${CHMCMD}" LaunchPanel.hhp
 string(REGEX MATCHALL "(Warning|Error|corrupt)[^\n]*" complaints "${output}${errors}")
 if(NOT result EQUAL 0 OR complaints OR NOT EXISTS "${HELP_STAGE_DIR}/LaunchPanel.chm")
   message(FATAL_ERROR "chmcmd failed (${result}):\n${output}${errors}")
+endif()
+execute_process(COMMAND "${PYTHON}" "${HELP_SOURCE_DIR}/fix-context-map.py" LaunchPanel.chm "${CHMLS}"
+                WORKING_DIRECTORY "${HELP_STAGE_DIR}"
+                RESULT_VARIABLE result OUTPUT_VARIABLE output ERROR_VARIABLE errors)
+if(NOT result EQUAL 0)
+  message(FATAL_ERROR "the help's context map could not be put right (${result}):\n${output}${errors}")
 endif()
 file(COPY_FILE "${HELP_STAGE_DIR}/LaunchPanel.chm" "${HELP_OUTPUT}")
