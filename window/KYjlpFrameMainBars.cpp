@@ -166,12 +166,17 @@ void KYjlpFrameMain::EndBusy(HCURSOR* saved, int pane) {
 void KYjlpFrameMain::OnUpdateSessionPane(fw::CmdUI& ui) { ui.Enable(true); }
 
 // The second pane tells where the session's user sits: the client computer in a
-// session, this computer outside one.
+// session, this computer outside one. Its id's update handler decides whether it
+// shows; a pane its handler disables stands empty.
 void KYjlpFrameMain::UpdateSessionPane() {
     if (!m_pStatusBar || !m_pStatusBar->IsVisible()) return;
     KYjlpApp* app = TheApp();
+    fw::CmdUI pane(kSessionPaneId);
+    OnCmdMsg(kSessionPaneId, &pane);
     std::wstring text;
-    if (app && !app->m_bStandalone) {
+    if (!pane.m_bEnabled) {
+        text.clear();
+    } else if (app && !app->m_bStandalone) {
         wchar_t client[260] = {};
         GetEnvironmentVariableW(L"CLIENTCOMPUTERNAME", client, 260);
         wchar_t buffer[400] = {};

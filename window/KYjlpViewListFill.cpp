@@ -330,6 +330,13 @@ bool KYjlpViewList::SaveItemPositions(KYjutlRegistrar& registrar) {
     if (!places) throw 27768;
     bool ok = true;
     const int rows = GetItemCount();
+    // The places kept so far by name, the first of a name winning: one pass, not a search per row.
+    std::unordered_map<std::wstring, const KYjutlRegistrar_LVISP*> kept;
+    if (prefs->pItemPositions) {
+        kept.reserve(prefs->pItemPositions->size());
+        for (const KYjutlRegistrar_LVISP* old : *prefs->pItemPositions)
+            if (old && old->pszItemName) kept.emplace(ky::FoldCase(old->pszItemName), old);
+    }
     wchar_t name[260];
     for (int row = 0; row < rows && ok; ++row) {
         name[0] = 0;
@@ -337,12 +344,9 @@ bool KYjlpViewList::SaveItemPositions(KYjutlRegistrar& registrar) {
         if (!name[0]) continue;
         KYjutlRegistrar_LVISP place{name, {kRegistrarUnknownCoordinate, kRegistrarUnknownCoordinate},
                                     {kRegistrarUnknownCoordinate, kRegistrarUnknownCoordinate}};
-        for (const KYjutlRegistrar_LVISP* old : prefs->pItemPositions ? *prefs->pItemPositions
-                                                                       : KYjutlRegistrar_LVISPArray{}) {
-            if (!old || !old->pszItemName || _wcsicmp(old->pszItemName, name) != 0) continue;
-            place.ptIconView = old->ptIconView;
-            place.ptSmallIconView = old->ptSmallIconView;
-            break;
+        if (const auto old = kept.find(ky::FoldCase(name)); old != kept.end()) {
+            place.ptIconView = old->second->ptIconView;
+            place.ptSmallIconView = old->second->ptSmallIconView;
         }
         ListView_GetItemPosition(m_hwnd, row, mode == kSmallIcons ? &place.ptSmallIconView : &place.ptIconView);
         ok = registrar.AddItemScreenPosition(place, places);
