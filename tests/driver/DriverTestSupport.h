@@ -21,7 +21,7 @@ inline const std::wstring kLimit = std::to_wstring(kLimitMs);
 // One run of the target program, ended by the test if it still runs at the end.
 class Target {
 public:
-    explicit Target(const std::wstring& arguments, bool awaitIdle = true) {
+    explicit Target(const std::wstring& arguments = {}, bool awaitIdle = true) {
         const std::wstring exe = lptest::BinDir() + L"lp_driver_target.exe";
         std::wstring line = L"\"" + exe + L"\" " + arguments;
         STARTUPINFOW startup{};

@@ -12,7 +12,7 @@ using namespace lpdrivertest;
 class DriverTest : public ::testing::Test {};
 
 TEST_F(DriverTest, ListsTheTopLevelWindowsOfTheProcess) {
-    Target target(L"");
+    Target target;
     ASSERT_TRUE(target.Started());
     const DriverAnswer found = Drive({L"find-window", target.Pid(), L"--class", L"LpDriverTarget", kLimit});
     EXPECT_DRIVER(found, 0);
@@ -116,7 +116,7 @@ TEST_F(DriverTest, ReadsALongListWholeAndWaitsForItsRows) {
 }
 
 TEST_F(DriverTest, ReadsTheStatusBarAndTheControls) {
-    Target target(L"");
+    Target target;
     ASSERT_TRUE(target.Started());
     const DriverAnswer bar = Drive({L"statusbar", target.Pid(), kLimit});
     EXPECT_DRIVER(bar, 0);
@@ -203,7 +203,7 @@ TEST_F(DriverTest, SendsCommandsToTheMainFrame) {
 }
 
 TEST_F(DriverTest, ACommandThatOpensAModalBoxTimesOutThenTheBoxIsPressed) {
-    Target target(L"");
+    Target target;
     ASSERT_TRUE(target.Started());
     const DriverAnswer modal = Drive({L"command", target.Pid(), L"40100", L"--timeout", L"500"});
     EXPECT_DRIVER(modal, 1);
@@ -223,7 +223,7 @@ TEST_F(DriverTest, ACommandThatOpensAModalBoxTimesOutThenTheBoxIsPressed) {
 }
 
 TEST_F(DriverTest, CloseEndsTheProcessThroughItsWindows) {
-    Target target(L"");
+    Target target;
     ASSERT_TRUE(target.Started());
     const DriverAnswer answer = Drive({L"close", target.Pid(), L"--wait", kLimit});
     EXPECT_DRIVER(answer, 0);
@@ -306,7 +306,7 @@ TEST_F(DriverTest, UsageErrorsAndSystemFailuresHaveTheirOwnCodes) {
 }
 
 TEST_F(DriverTest, ScreenshotWritesTheWindowAsABitmap) {
-    Target target(L"");
+    Target target;
     ASSERT_TRUE(target.Started());
     const DriverAnswer frame = Drive({L"find-window", target.Pid(), L"--class", L"LpDriverTarget", kLimit});
     EXPECT_DRIVER(frame, 0);

@@ -198,7 +198,7 @@ TEST_F(ListViewDriverTest, ActivateFallsBackToPostingWhenAWindowOnTopCoversTheRo
 }
 
 TEST_F(ListViewDriverTest, HeaderClickClicksTheColumnAndTheTargetShowsItsSortArrow) {
-    Target target(L"");
+    Target target;
     ASSERT_TRUE(target.Started());
     const DriverAnswer first = Drive({L"header-click", target.Pid(), L"2", kLimit});
     EXPECT_DRIVER(first, 0);
@@ -227,7 +227,7 @@ TEST_F(ListViewDriverTest, HeaderClickClicksTheColumnAndTheTargetShowsItsSortArr
 }
 
 TEST_F(ListViewDriverTest, ColumnWidthAndOrderAreSetAsTheUserWouldLeaveThem) {
-    Target target(L"");
+    Target target;
     ASSERT_TRUE(target.Started());
     const DriverAnswer width = Drive({L"column-width", target.Pid(), L"0", L"80", kLimit});
     EXPECT_DRIVER(width, 0);

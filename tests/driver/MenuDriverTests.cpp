@@ -61,7 +61,7 @@ TEST(MenuDriverTest, ReadsTheStateOfNowAndLeavesNoProbeBehind) {
 }
 
 TEST(MenuDriverTest, AFrameWithoutMenuBarHasNothingToRead) {
-    Target target(L"");
+    Target target;
     ASSERT_TRUE(target.Started());
     const DriverAnswer frame = Drive({L"frame", target.Pid(), L"--menu"});
     EXPECT_DRIVER(frame, 0);
