@@ -65,7 +65,9 @@ protected:
             if (shown == names) return menu;
             Sleep(150);
         }
-        ADD_FAILURE() << "the menu never came to the printers asked for; it shows " << menu.size() << Numbers(Rows());
+        std::wstring shown;
+        for (const MenuPrinter& item : menu) shown += L" \"" + item.text + L"\"";
+        ADD_FAILURE() << "the menu never came to the printers asked for; it shows" << Narrow(shown) << Numbers(Rows());
         return menu;
     }
     static const MenuPrinter* Find(const std::vector<MenuPrinter>& menu, const std::wstring& name) {
