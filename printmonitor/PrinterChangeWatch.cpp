@@ -35,9 +35,15 @@ bool PrinterChangeWatch::Start(HANDLE event) {
     return Rearm();
 }
 
+// Wine clears the event each time a notification is asked for. A change of the
+// printers between the two requests would set the event, fire its one-shot
+// notification, and then be cleared by the second request: the later steps of
+// that change (a printer is removed key by key) would reach nobody. The
+// printers, whose changes come in many steps, are therefore asked for last; the
+// default printer changes in one write, which the reading after this sees.
 bool PrinterChangeWatch::Rearm() {
     if (!m_event) return true;
-    return Arm(m_printers.get(), true) && Arm(m_default.get(), false);
+    return Arm(m_default.get(), false) && Arm(m_printers.get(), true);
 }
 
 // The notification outlives the thread that asks for it where Windows allows
