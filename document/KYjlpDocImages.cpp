@@ -235,8 +235,8 @@ bool DrawItemIcons(KYjlpDoc& doc, const LV_TEXTLINE& item, int place, std::unord
         lpreport::Tell(27017, static_cast<int32_t>(__LINE__), kSourceName, __DATE__, static_cast<int32_t>(place));
         return false;
     }
-    if (!big.Draw(place, icons->large)) throw 27175;
-    if (!little.Draw(place, icons->small)) throw 27182;
+    if (!big.Draw(place, icons->large.get())) throw 27175;
+    if (!little.Draw(place, icons->small.get())) throw 27182;
     drawn.emplace(std::move(key), place);
     return true;
 }

@@ -5,22 +5,23 @@
 // may be loaded under the loader's lock.
 #include <windows.h>
 
+#include "foundation/UniqueHandle.h"
+
 namespace {
 void RecordLoad() {
     wchar_t path[MAX_PATH] = {};
     const DWORD length = GetEnvironmentVariableW(L"LP_FACE_RECORD", path, MAX_PATH);
     if (length == 0 || length >= MAX_PATH) return;
-    HANDLE file = CreateFileW(path, FILE_APPEND_DATA, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, OPEN_ALWAYS,
-                              FILE_ATTRIBUTE_NORMAL, nullptr);
-    if (file == INVALID_HANDLE_VALUE) return;
+    ky::UniqueFile file(CreateFileW(path, FILE_APPEND_DATA, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
+                                    OPEN_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr));
+    if (!file) return;
     char line[1024] = "loaded=";
     const int used = lstrlenA(line);
     WideCharToMultiByte(CP_UTF8, 0, GetCommandLineW(), -1, line + used, static_cast<int>(sizeof line) - used - 2,
                         nullptr, nullptr);
     lstrcatA(line, "\n");
     DWORD written = 0;
-    WriteFile(file, line, static_cast<DWORD>(lstrlenA(line)), &written, nullptr);
-    CloseHandle(file);
+    WriteFile(file.get(), line, static_cast<DWORD>(lstrlenA(line)), &written, nullptr);
 }
 }  // namespace
 
